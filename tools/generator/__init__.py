@@ -1,0 +1,1 @@
+"""Makes the generated sources of the driver from the model in model/."""
