@@ -1,0 +1,58 @@
+// IDirectIo: the instrument's own language, for what the driver has no member for.
+#include <string>
+
+#include "core/member_call.h"
+#include "generated/hooks/IDirectIo.h"
+#include "io/visa_table.h"
+#include "platform/text.h"
+
+namespace kestrion::hooks::IDirectIo {
+namespace {
+
+std::string CommandBytes(BSTR command) {
+    return NarrowToBytes(View(command));
+}
+
+}  // namespace
+
+HRESULT WriteString(MemberCall& call, BSTR Command) {
+    return call.Session().WriteString(std::string_view(CommandBytes(Command)), true);
+}
+
+HRESULT QueryString(MemberCall& call, BSTR Command, BSTR* Response) {
+    std::string response;
+    HRESULT status = call.Session().QueryString(CommandBytes(Command), &response);
+    // The session gives one buffer's worth at a time.
+    while (status == IoStatusMoreData) {
+        std::string more;
+        status = call.Session().ReadString(&more);
+        response += more;
+    }
+    if (Failed(status)) {
+        return status;
+    }
+    *Response = MakeBstr(WidenBytes(response));
+    return S_OK;
+}
+
+HRESULT get_Timeout(MemberCall& call, LONG* val) {
+    return call.Session().GetTimeout(val);
+}
+
+HRESULT put_Timeout(MemberCall& call, LONG val) {
+    return call.Session().SetTimeout(val);
+}
+
+HRESULT get_VisaLibrary(MemberCall& call, BSTR* val) {
+    const auto library = call.Driver().GetVisaLibrary();
+    *val = MakeBstr(library == nullptr ? std::string_view() : std::string_view(library->Name()));
+    return S_OK;
+}
+
+HRESULT get_VisaLibraryReason(MemberCall& call, BSTR* val) {
+    const auto library = call.Driver().GetVisaLibrary();
+    *val = MakeBstr(library == nullptr ? std::string_view() : std::string_view(library->Reason()));
+    return S_OK;
+}
+
+}  // namespace kestrion::hooks::IDirectIo

@@ -1,0 +1,229 @@
+#include "core/driver.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/status_error.h"
+#include "core/trace_writer.h"
+#include "platform/text.h"
+#include "tables/enum_lookup.h"
+#include "tables/model_families.h"
+
+namespace kestrion {
+
+CDriver::CDriver(DriverEnvironment environment)
+    : environment_(std::move(environment)),
+      reporter_(*this),
+      session_([this](std::string_view resource, const visa::FunctionTable*& functions) {
+          return SelectVisa(resource, functions);
+      }),
+      trace_(std::make_unique<TraceWriter>()) {
+    session_.SetClosedReporter(&reporter_);
+    SetFlag(DriverFlag::kCache, true);
+    SetFlag(DriverFlag::kRangeCheck, true);
+}
+
+CDriver::~CDriver() = default;
+
+ULONG CDriver::AddRef() {
+    return ++count_;
+}
+
+ULONG CDriver::Release() {
+    const ULONG count = --count_;
+    if (count == 0) {
+        // Held again while it shuts down: what runs then may count this object up and down.
+        count_ = 1;
+        if (initialized_) {
+            (void)Close();
+        }
+        delete this;
+    }
+    return count;
+}
+
+std::string CDriver::GetText(const std::string& field) const {
+    const std::lock_guard guard(stateLock_);
+    return field;
+}
+
+void CDriver::SetText(std::string& field, std::string_view value) {
+    const std::lock_guard guard(stateLock_);
+    field = value;
+}
+
+CDriver::Identity CDriver::GetIdentity() const {
+    const std::lock_guard guard(stateLock_);
+    return identity_;
+}
+
+std::string CDriver::GetInstrumentModel() const {
+    return initialized_ ? GetText(identity_.model) : std::string();
+}
+
+std::string CDriver::GetInitOption(std::string_view name) const {
+    const std::lock_guard guard(stateLock_);
+    const std::string* value = initOptions_.Find(ToLowerAscii(name));
+    return value == nullptr ? std::string() : *value;
+}
+
+std::string CDriver::GetDriverSetupOption(std::string_view name) const {
+    const std::lock_guard guard(stateLock_);
+    const std::string* value = driverSetupOptions_.Find(ToLowerAscii(name));
+    return value == nullptr ? std::string() : *value;
+}
+
+std::shared_ptr<const VisaLibrary> CDriver::GetVisaLibrary() const {
+    const std::lock_guard guard(stateLock_);
+    return visaLibrary_;
+}
+
+std::string CDriver::VirtualToPhysical(std::string_view name) const {
+    const std::lock_guard guard(stateLock_);
+    return names_.VirtualToPhysical(name);
+}
+
+std::string CDriver::QualifiedVirtualName(std::string_view capability,
+                                          std::string_view physical) const {
+    const std::lock_guard guard(stateLock_);
+    return names_.QualifiedVirtualName(capability, physical);
+}
+
+bool CDriver::IsKnownModel() const {
+    return initialized_ && ModelFamilyTable::Instance().IsKnownModel(GetInstrumentModel());
+}
+
+bool CDriver::InstrumentInFamily(std::string_view family) const {
+    return initialized_ && IsModelInFamily(GetInstrumentModel(), family);
+}
+
+bool CDriver::InstrumentIsModel(std::string_view model) const {
+    return initialized_ && GetInstrumentModel() == model;
+}
+
+bool CDriver::IsModelInFamily(std::string_view model, std::string_view family) const {
+    return ModelFamilyTable::Instance().IsModelInFamily(model, family);
+}
+
+std::vector<CRepCap*> CDriver::Instances(std::string_view className) const {
+    const std::lock_guard guard(stateLock_);
+    std::vector<CRepCap*> instances;
+    if (const auto* found = children_.Find(className); found != nullptr) {
+        std::ranges::transform(*found, std::back_inserter(instances),
+                               [](const auto& instance) { return instance.get(); });
+    }
+    return instances;
+}
+
+std::vector<CRepCap*> CDriver::AllChildren() const {
+    const std::lock_guard guard(stateLock_);
+    std::vector<CRepCap*> all;
+    for (const auto& [className, instances] : children_) {
+        for (const auto& instance : instances) {
+            all.push_back(instance.get());
+        }
+    }
+    return all;
+}
+
+HRESULT CDriver::VisitChildren(FunctionRef<HRESULT(CRepCap&)> visit) {
+    for (CRepCap* child : AllChildren()) {
+        if (const HRESULT status = visit(*child); Failed(status)) {
+            return status;
+        }
+    }
+    return S_OK;
+}
+
+void CDriver::InvalidateAllAttributes() {
+    InvalidateCacheEntries();
+    (void)VisitChildren([](CRepCap& child) {
+        child.InvalidateCacheEntries();
+        return S_OK;
+    });
+}
+
+HRESULT CDriver::ResetTree() {
+    if (const HRESULT status = ResetNode(); Failed(status)) {
+        return status;
+    }
+    return VisitChildren([](CRepCap& child) { return child.ResetNode(); });
+}
+
+void CDriver::ChildReleased(CChildNode* child) {
+    std::unique_ptr<CRepCap> gone;
+    const std::lock_guard guard(stateLock_);
+    const auto orphan =
+        std::ranges::find_if(orphans_, [child](const auto& held) { return held.get() == child; });
+    if (orphan != orphans_.end() && !(*orphan)->IsHeld()) {
+        gone = std::move(*orphan);
+        orphans_.erase(orphan);
+    }
+}
+
+HRESULT CDriver::PollInstrumentStatus() {
+    if (!Flag(DriverFlag::kQueryInstrStatus)) {
+        return S_OK;
+    }
+    // Query, device-dependent, execution and command errors of the event status register
+    // (IEEE 488.2, 11.5.1).
+    constexpr std::int32_t kErrorBits = 0x04 | 0x08 | 0x10 | 0x20;
+    std::string answer;
+    HRESULT status = session_.WriteStringNoPoll(std::string_view("*ESR?"), true);
+    if (Succeeded(status)) {
+        status = session_.ReadStringNoPoll(&answer);
+    }
+    if (Failed(status)) {
+        (void)session_.Clear();
+    } else if ((ParseInteger(answer) & kErrorBits) != 0) {
+        status = E_FAIL;
+    }
+    return Failed(status) ? reporter_.Report(message::kInstrumentError) : S_OK;
+}
+
+HRESULT CDriver::EnumToToken(std::string_view name, std::int32_t value, std::string& token) {
+    const MethodDescriptor* method = GetCurrentMethod();
+    if (method == nullptr) {
+        throw StatusError(E_FAIL);
+    }
+    const IEnumConverter* converter = GetEnumConverter(name, method->fullName);
+    if (converter == nullptr) {
+        return reporter_.ReportDetail(message::kUnrecoverable,
+                                      "Unrecognized enum name '" + std::string(name) + "'.");
+    }
+    if (converter->ToToken(GetInstrumentModel(), value, token)) {
+        return S_OK;
+    }
+    return reporter_.Report(message::kInvalidValue,
+                            {std::to_string(value), method->memberName, "nVal"});
+}
+
+HRESULT CDriver::TokenToEnum(std::string_view name, std::string_view token, std::int32_t& value) {
+    const MethodDescriptor* method = GetCurrentMethod();
+    if (method == nullptr) {
+        throw StatusError(E_FAIL);
+    }
+    const IEnumConverter* converter = GetEnumConverter(name, method->fullName);
+    if (converter == nullptr) {
+        return reporter_.ReportDetail(message::kUnrecoverable,
+                                      "Unrecognized enum name '" + std::string(name) + "'.");
+    }
+    if (converter->FromToken(GetInstrumentModel(), token, value)) {
+        return S_OK;
+    }
+    return reporter_.ReportUnexpectedResponse("Unexpected value '" + std::string(token) +
+                                              "' for enum '" + std::string(name) + "'.");
+}
+
+std::int32_t CDriver::GetMaxTokenLength(std::string_view name) {
+    const MethodDescriptor* method = GetCurrentMethod();
+    const IEnumConverter* converter =
+        method == nullptr ? nullptr : GetEnumConverter(name, method->fullName);
+    return converter == nullptr ? 0 : std::max(converter->MaxTokenLength(), 0);
+}
+
+HRESULT CDriver::ActivatePersonality(std::string_view) {
+    return reporter_.Report(message::kPersonalityNotInstalled);
+}
+
+}  // namespace kestrion

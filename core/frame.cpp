@@ -1,0 +1,107 @@
+#include "core/frame.h"
+
+#include <cstring>
+
+#include "core/method_trace.h"
+#include "core/status_error.h"
+#include "core/trace_writer.h"
+#include "kestrion/platform/error_info.h"
+
+namespace kestrion {
+namespace {
+
+// Step 6. A null out pointer is reported; the targets are zeroed, so that a body that fails leaves
+// nothing undefined behind. In-out parameters are left to the body.
+HRESULT PrepareOutParameters(MemberCall& call, std::span<ParameterRecord> parameters) {
+    for (const ParameterRecord& parameter : parameters) {
+        if (!parameter.isOut()) {
+            continue;
+        }
+        if (parameter.target == nullptr) {
+            return call.Report(message::kNullPointer, {call.Method().memberName, parameter.name});
+        }
+        parameter.ZeroTarget();
+    }
+    return S_OK;
+}
+
+// Step 8. A model outside of every family is in no list, so it runs everything.
+bool IsRefused(MemberCall& call) {
+    for (const std::string_view family : call.Method().refusedFamilies) {
+        if (call.InstrumentInFamily(family)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Steps 8 to 11.
+HRESULT RunBody(MemberCall& call, MemberBody body, const SimulatedBody* simulated) {
+    if (IsRefused(call)) {
+        return call.Report(message::kNotSupportedByModel, {call.Method().memberName});
+    }
+    if (call.Method().simulated && simulated != nullptr && call.IsSimulating()) {
+        (*simulated)(call.Node());
+        return S_OK;
+    }
+    return body(call);
+}
+
+// Steps 3 to 13, each undone in reverse by the guards.
+HRESULT RunLocked(CNode& node, const MethodDescriptor& method,
+                  std::span<ParameterRecord> parameters, MemberBody body,
+                  const SimulatedBody* simulated) {
+    const CallStack::Entry context(node.Root().Calls(), method);
+    MemberCall call(node, method);
+    if (method.needsConnection && !node.IsInitialized()) {
+        return call.Report(message::kNotInitialized);
+    }
+    (void)SetErrorInfo(0, nullptr);
+    if (const HRESULT status = PrepareOutParameters(call, parameters); Failed(status)) {
+        return status;
+    }
+    HRESULT status = S_OK;
+    const CMethodTrace trace(node.GetTraceWriter(), method.interfaceName, method.memberName,
+                             &status, parameters);
+    try {
+        status = RunBody(call, body, simulated);
+    } catch (...) {
+        status = CurrentExceptionStatus();
+    }
+    return status;
+}
+
+}  // namespace
+
+HRESULT RunMember(CNode& node, const MethodDescriptor& method,
+                  std::span<ParameterRecord> parameters, MemberBody body,
+                  const SimulatedBody* simulated) {
+    try {
+        const std::lock_guard lock(node.Mutex());
+        return RunLocked(node, method, parameters, body, simulated);
+    } catch (...) {
+        return CurrentExceptionStatus();
+    }
+}
+
+namespace frame {
+
+PropertyArguments::PropertyArguments(const CNode& node, Selector selector) {
+    switch (selector) {
+        case Selector::kNone:
+            break;
+        case Selector::kNumber:
+            Add(node.Number());
+            break;
+        case Selector::kIndex:
+            Add(node.Index());
+            break;
+        case Selector::kName:
+            Add(node.Name());
+            break;
+    }
+}
+
+}  // namespace frame
+
+}  // namespace kestrion

@@ -1,0 +1,62 @@
+#include "scope/acquisition_wait.h"
+
+#include "io/visa_numbers.h"
+#include "kestrion/interfaces/IKestrionAcquisition.h"
+#include "kestrion/platform/error_info.h"
+#include "scope/step_sequence.h"
+
+namespace kestrion {
+
+ServiceRequestWait::ServiceRequestWait(MemberCall& call) : call_(call) {}
+
+void ServiceRequestWait::Enable() {
+    auto& session = call_.Session();
+    (void)session.GetFunctions().viEnableEvent(
+        session.GetInstrumentSession(), visa::kEventServiceRequest, visa::kMechanismQueue, 0);
+}
+
+void ServiceRequestWait::Disable() {
+    auto& session = call_.Session();
+    (void)session.GetFunctions().viDisableEvent(session.GetInstrumentSession(),
+                                                visa::kEventServiceRequest, visa::kMechanismQueue);
+}
+
+AcquisitionOutcome ServiceRequestWait::Acquire(LONG maxTime) {
+    VARIANT_BOOL single = VARIANT_FALSE;
+    if (Failed(call_.As<IKestrionAcquisition>().get_SingleSequence(&single))) {
+        // Nothing is started; what the instrument has is transferred.
+        (void)SetErrorInfo(0, nullptr);
+        return AcquisitionOutcome::kReady;
+    }
+    if (single == VARIANT_FALSE) {
+        (void)call_.Write("ACQUIRE:STATE 1");
+        return AcquisitionOutcome::kReady;
+    }
+    StepSequence start(call_);
+    start.Write("ACQUIRE:REPET 0;STATE 0");
+    start.Write("DESE 1;*ESE 1;*SRE 32;*CLS");
+    start.Write("ACQUIRE:STATE 1");
+    start.Write("*OPC");
+    // A start that failed ends here too: by time-out.
+    return WaitForRequest(maxTime) ? AcquisitionOutcome::kReady : AcquisitionOutcome::kTimedOut;
+}
+
+bool ServiceRequestWait::WaitForRequest(LONG maxTime) {
+    auto& session = call_.Session();
+    const visa::FunctionTable& functions = session.GetFunctions();
+    const visa::ViSession instrument = session.GetInstrumentSession();
+    visa::ViEventType type = 0;
+    visa::ViEvent context = 0;
+    // Warnings count as well: only a plain success says that the request came.
+    if (functions.viWaitOnEvent(instrument, visa::kEventServiceRequest,
+                                static_cast<visa::ViUInt32>(maxTime), &type, &context) != 0) {
+        return false;
+    }
+    (void)functions.viClose(context);
+    // The poll clears the request; the byte says nothing new.
+    visa::ViUInt16 status = 0;
+    (void)functions.viReadSTB(instrument, &status);
+    return true;
+}
+
+}  // namespace kestrion

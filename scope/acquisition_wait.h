@@ -1,0 +1,35 @@
+// Waiting for an acquisition by service request.
+#pragma once
+
+#include "core/member_call.h"
+
+namespace kestrion {
+
+// Outcome of an acquisition that a member started.
+enum class AcquisitionOutcome {
+    kReady,     // it ended, or it isn't waited for
+    kTimedOut,  // the time was used up, or the link can't tell
+};
+
+// The service-request event of the connection. It stays enabled unless Disable is called: a member
+// that ends early leaves it so, and the next one finds it enabled.
+class ServiceRequestWait {
+  public:
+    explicit ServiceRequestWait(MemberCall& call);
+
+    // Before anything else that can fail. A link without service requests isn't an error here: the
+    // wait ends at once then.
+    void Enable();
+    void Disable();
+
+    // Starts the acquisition. In single-sequence operation waits at most `maxTime` milliseconds,
+    // -1 for ever; otherwise the running acquisition is taken as it stands.
+    AcquisitionOutcome Acquire(LONG maxTime);
+
+  private:
+    [[nodiscard]] bool WaitForRequest(LONG maxTime);
+
+    MemberCall& call_;
+};
+
+}  // namespace kestrion

@@ -1,0 +1,86 @@
+// What the option string does to a driver.
+#include "tests/support/scope_test.h"
+
+namespace kestrion {
+namespace {
+
+class DriverOptionsTest : public ScopeTest {
+  protected:
+    bool Flag(HRESULT (IIviDriverOperation::*getter)(VARIANT_BOOL*)) {
+        VARIANT_BOOL value = 7;
+        EXPECT_EQ((As<IIviDriverOperation>().Get()->*getter)(&value), S_OK);
+        EXPECT_TRUE(value == VARIANT_TRUE || value == VARIANT_FALSE);
+        return value == VARIANT_TRUE;
+    }
+    std::string Model() {
+        BstrPtr text;
+        EXPECT_EQ(As<IIviDriverIdentity>()->get_InstrumentModel(text.Out()), S_OK);
+        return text.Utf8();
+    }
+};
+
+TEST_F(DriverOptionsTest, DefaultsOfTheSixFlags) {
+    Connect();
+    EXPECT_TRUE(Flag(&IIviDriverOperation::get_Cache));
+    EXPECT_FALSE(Flag(&IIviDriverOperation::get_InterchangeCheck));
+    EXPECT_FALSE(Flag(&IIviDriverOperation::get_QueryInstrumentStatus));
+    EXPECT_TRUE(Flag(&IIviDriverOperation::get_RangeCheck));
+    EXPECT_FALSE(Flag(&IIviDriverOperation::get_RecordCoercions));
+    EXPECT_FALSE(Flag(&IIviDriverOperation::get_Simulate));
+}
+
+TEST_F(DriverOptionsTest, ThreeSpellingsOfSimulateAreTheSame) {
+    for (const char* options : {"Simulate=true", "SIMULATE=VI_TRUE", "simulate=1"}) {
+        ASSERT_EQ(Initialize("", options), S_OK) << options;
+        EXPECT_TRUE(Flag(&IIviDriverOperation::get_Simulate)) << options;
+        ASSERT_EQ(scope->Close(), S_OK);
+    }
+}
+
+TEST_F(DriverOptionsTest, ABadFlagValueFailsAndIsNamed) {
+    EXPECT_EQ(Initialize("", "simulate=yes"), MakeStatus(0x8004704C));
+    EXPECT_EQ(ErrorText(), "Kestrion: The yes value in the option string is unknown.");
+}
+
+TEST_F(DriverOptionsTest, OptionsAndDriverSetupTogether) {
+    ASSERT_EQ(Initialize("", "simulate=true,cache=false,DriverSetup=Model=X"), S_OK);
+    EXPECT_FALSE(Flag(&IIviDriverOperation::get_Cache));
+    EXPECT_EQ(Model(), "X");
+    BstrPtr setup;
+    EXPECT_EQ(As<IIviDriverOperation>()->get_DriverSetup(setup.Out()), S_OK);
+    EXPECT_EQ(setup.Utf8(), "Model=X");
+}
+
+TEST_F(DriverOptionsTest, AnOptionInsideDriverSetupHasNoEffectAsAnOption) {
+    Connect("PL7254C", "DriverSetup=Model=X,simulate=true");
+    EXPECT_FALSE(Flag(&IIviDriverOperation::get_Simulate));
+}
+
+TEST_F(DriverOptionsTest, AnUnknownNameIsNoError) {
+    ASSERT_EQ(Initialize("", "simulate=true,colour=blue,DriverSetup=Shape=round"), S_OK);
+}
+
+TEST_F(DriverOptionsTest, ABadTraceValueFailsAndIsNamed) {
+    EXPECT_EQ(Initialize("", "simulate=true,DriverSetup=Trace=maybe"), MakeStatus(0x8004704C));
+    EXPECT_EQ(ErrorText(), "Kestrion: The maybe value in the option string is unknown.");
+}
+
+TEST_F(DriverOptionsTest, InterchangeCheckingIsRefusedAtStartUp) {
+    EXPECT_EQ(Initialize("", "simulate=true,interchangecheck=true"), MakeStatus(0x8004704C));
+    EXPECT_EQ(ErrorText(),
+              "Kestrion: The True value in the option string is unknown.\r\n"
+              "Interchange checking is not supported by the driver.");
+}
+
+TEST_F(DriverOptionsTest, FlagsOfOneInitializeDoNotReachTheNext) {
+    ASSERT_EQ(Initialize("", "simulate=true,rangecheck=false,recordcoercions=1"), S_OK);
+    EXPECT_FALSE(Flag(&IIviDriverOperation::get_RangeCheck));
+    EXPECT_TRUE(Flag(&IIviDriverOperation::get_RecordCoercions));
+    ASSERT_EQ(scope->Close(), S_OK);
+    ASSERT_EQ(Initialize("", "simulate=true"), S_OK);
+    EXPECT_TRUE(Flag(&IIviDriverOperation::get_RangeCheck));
+    EXPECT_FALSE(Flag(&IIviDriverOperation::get_RecordCoercions));
+}
+
+}  // namespace
+}  // namespace kestrion
