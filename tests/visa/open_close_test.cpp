@@ -1,0 +1,331 @@
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <future>
+#include <map>
+#include <set>
+#include <thread>
+
+#include "tests/visa/session_fixture.h"
+#include "visa/host_lookup.h"
+#include "visa/tcp_socket.h"
+
+namespace visa_provider::testing {
+
+using OpenTest = VisaTest;
+
+ViStatus OpenStatus(ViSession manager, const char* name, ViAccessMode mode = VI_NO_LOCK,
+                    ViUInt32 timeout = 5000) {
+    ViSession session = 99;
+    const ViStatus status = viOpen(manager, name, mode, timeout, &session);
+    if (status < 0) {
+        EXPECT_EQ(session, VI_NULL) << name;
+    } else {
+        EXPECT_EQ(viClose(session), VI_SUCCESS);
+    }
+    return status;
+}
+
+std::string SocketName(std::uint16_t port) {
+    return "TCPIP::127.0.0.1::" + std::to_string(port) + "::SOCKET";
+}
+
+TEST_F(OpenTest, ManagersAreUnique) {
+    std::set<ViSession> managers{manager_};
+    for (int i = 0; i < 3; ++i) {
+        ViSession manager = VI_NULL;
+        ASSERT_EQ(viOpenDefaultRM(&manager), VI_SUCCESS);
+        EXPECT_TRUE(managers.insert(manager).second);
+    }
+    managers.erase(manager_);
+    for (const auto manager : managers) {
+        EXPECT_EQ(viClose(manager), VI_SUCCESS);
+    }
+}
+
+TEST_F(OpenTest, MissingOutputLocationsAreRefused) {
+    EXPECT_EQ(viOpenDefaultRM(nullptr), VI_ERROR_USER_BUF);
+    EXPECT_EQ(viOpen(manager_, "VIRTUAL::INSTR", 0, 0, nullptr), VI_ERROR_USER_BUF);
+    EXPECT_EQ(OpenStatus(manager_, nullptr), VI_ERROR_INV_RSRC_NAME);
+}
+
+TEST_F(OpenTest, WrongNamesAreRefused) {
+    EXPECT_EQ(OpenStatus(manager_, ""), VI_ERROR_INV_RSRC_NAME);
+    EXPECT_EQ(OpenStatus(manager_, "TCPIP::host::port::SOCKET"), VI_ERROR_INV_RSRC_NAME);
+    EXPECT_EQ(OpenStatus(manager_, "GPIB0::1::INSTR"), VI_ERROR_RSRC_NFOUND);
+}
+
+TEST_F(OpenTest, UnknownModelIsNotFound) {
+    EXPECT_EQ(OpenStatus(manager_, "VIRTUAL::NOSUCH1::INSTR"), VI_ERROR_RSRC_NFOUND);
+}
+
+TEST_F(OpenTest, DefaultModel) {
+    const auto session = Open("VIRTUAL::INSTR");
+    EXPECT_EQ(GetText(session, VI_ATTR_RSRC_NAME), "VIRTUAL::PL7254C::INSTR");
+}
+
+TEST_F(OpenTest, ModelInAnyCase) {
+    const auto session = Open("virtual::mixed-case::instr");
+    EXPECT_EQ(GetText(session, VI_ATTR_RSRC_NAME), "VIRTUAL::Mixed-Case::INSTR");
+}
+
+TEST_F(OpenTest, EachSessionHasAnInstrumentOfItsOwn) {
+    const auto one = OpenVirtual();
+    const auto other = OpenVirtual();
+    ASSERT_EQ(Write(one, "ECHO one\n"), VI_SUCCESS);
+    ASSERT_EQ(Write(other, "ECHO other\n"), VI_SUCCESS);
+    EXPECT_EQ(Read(one, 100).bytes, "one\n");
+    EXPECT_EQ(Read(other, 100).bytes, "other\n");
+}
+
+TEST_F(OpenTest, InstrumentIsGoneWithItsSession) {
+    const auto session = OpenVirtual();
+    const auto record = LastRecord();
+    EXPECT_TRUE(record->isAlive);
+    EXPECT_EQ(viClose(session), VI_SUCCESS);
+    EXPECT_FALSE(record->isAlive);
+}
+
+TEST_F(OpenTest, NobodyListens) {
+    EXPECT_EQ(OpenStatus(manager_, SocketName(FreePort()).c_str()), VI_ERROR_RSRC_NFOUND);
+}
+
+TEST_F(OpenTest, HostNameIsLookedUp) {
+    LoopbackServer server(AnswerAll);
+    const auto session = Open("TCPIP::localhost::" + std::to_string(server.Port()) + "::SOCKET");
+    ASSERT_EQ(Write(session, "*IDN?\n"), VI_SUCCESS);
+    EXPECT_EQ(Read(session, 14).bytes, "KESTRION,TEST\n");
+    EXPECT_EQ(GetText(session, VI_ATTR_TCPIP_HOSTNAME), "localhost");
+    EXPECT_EQ(GetText(session, VI_ATTR_TCPIP_ADDR), "127.0.0.1");
+}
+
+TEST_F(OpenTest, HostNameThatCannotBeOneIsNotFound) {
+    // A label of a host name has at most 63 characters (RFC 1035), so nobody need be asked.
+    const std::string name = "TCPIP::" + std::string(64, 'a') + ".invalid::5025::SOCKET";
+    EXPECT_EQ(OpenStatus(manager_, name.c_str(), VI_NO_LOCK, 5000), VI_ERROR_RSRC_NFOUND);
+}
+
+TEST_F(OpenTest, UnknownHostEndsWithinTheTimeOut) {
+    // Where no name server answers, the time-out passes first.
+    EXPECT_THAT(OpenStatus(manager_, "TCPIP::unknown.invalid::5025::SOCKET", VI_NO_LOCK, 500),
+                ::testing::AnyOf(VI_ERROR_RSRC_NFOUND, VI_ERROR_TMO));
+}
+
+TEST_F(OpenTest, SearchForAHostThatTakesTooLongIsATimeOut) {
+    const auto gate = std::make_shared<std::promise<void>>();
+    const auto isOver = std::make_shared<std::promise<void>>();
+    const auto result = SearchWithin(
+        [gate, isOver] {
+            gate->get_future().wait();
+            isOver->set_value();
+            return HostSearchResult{VI_SUCCESS, {{1, 2, 3}}};
+        },
+        Clock::now() + std::chrono::milliseconds(10));
+    EXPECT_EQ(result.status, VI_ERROR_TMO);
+    EXPECT_TRUE(result.addresses.empty());
+    gate->set_value();
+    isOver->get_future().wait();
+}
+
+TEST_F(OpenTest, SearchForAHostGivesItsResult) {
+    const auto search = [](ViStatus status) {
+        return SearchWithin(
+            [status] {
+                return HostSearchResult{status, {{1, 2, 3}}};
+            },
+            std::nullopt);
+    };
+    EXPECT_EQ(search(VI_SUCCESS).status, VI_SUCCESS);
+    EXPECT_EQ(search(VI_SUCCESS).addresses, (std::vector<SocketAddress>{{1, 2, 3}}));
+    EXPECT_EQ(search(VI_ERROR_RSRC_NFOUND).status, VI_ERROR_RSRC_NFOUND);
+}
+
+TEST_F(OpenTest, SearchThatThrowsIsAFailure) {
+    EXPECT_EQ(
+        SearchWithin([]() -> HostSearchResult { throw std::bad_alloc(); }, std::nullopt).status,
+        VI_ERROR_ALLOC);
+}
+
+TEST_F(OpenTest, ConnectionThatIsNotAnsweredIsATimeOut) {
+    // A listener whose queue is full lets further connections wait.
+    std::vector<std::unique_ptr<TcpSocket>> waiting;
+    SilentListener listener;
+    const auto deadline = [] { return Clock::now() + std::chrono::milliseconds(30); };
+    ViStatus status = VI_SUCCESS;
+    for (int i = 0; i < 16 && status == VI_SUCCESS; ++i) {
+        waiting.emplace_back();
+        status = TcpSocket::Connect("127.0.0.1", listener.Port(), deadline(), waiting.back());
+    }
+    EXPECT_EQ(status, VI_ERROR_TMO);
+    EXPECT_EQ(OpenStatus(manager_, SocketName(listener.Port()).c_str(), VI_NO_LOCK, 30),
+              VI_ERROR_TMO);
+}
+
+TEST_F(OpenTest, SixthVersionAddress) {
+    EXPECT_EQ(
+        OpenStatus(manager_, ("TCPIP::[::1]::" + std::to_string(FreePort()) + "::SOCKET").c_str()),
+        VI_ERROR_RSRC_NFOUND);
+}
+
+TEST_F(OpenTest, AccessModes) {
+    EXPECT_EQ(OpenStatus(manager_, "VIRTUAL::INSTR", VI_NO_LOCK), VI_SUCCESS);
+    EXPECT_EQ(OpenStatus(manager_, "VIRTUAL::INSTR", VI_EXCLUSIVE_LOCK), VI_SUCCESS);
+    EXPECT_EQ(OpenStatus(manager_, "VIRTUAL::INSTR", VI_LOAD_CONFIG), VI_WARN_CONFIG_NLOADED);
+    EXPECT_EQ(OpenStatus(manager_, "VIRTUAL::INSTR", VI_EXCLUSIVE_LOCK | VI_LOAD_CONFIG),
+              VI_WARN_CONFIG_NLOADED);
+    EXPECT_EQ(OpenStatus(manager_, "VIRTUAL::INSTR", VI_SHARED_LOCK), VI_ERROR_INV_ACC_MODE);
+    EXPECT_EQ(OpenStatus(manager_, "VIRTUAL::INSTR", 8), VI_ERROR_INV_ACC_MODE);
+}
+
+TEST_F(OpenTest, OpenTimeOutOfZeroIsTheDefault) {
+    LoopbackServer server(AnswerAll);
+    EXPECT_EQ(OpenStatus(manager_, server.Resource().c_str(), VI_NO_LOCK, 0), VI_SUCCESS);
+}
+
+TEST_F(OpenTest, OpenWithLockLocksTheResource) {
+    LoopbackServer server(AnswerAll);
+    ViSession owner = VI_NULL;
+    ASSERT_EQ(viOpen(manager_, server.Resource().c_str(), VI_EXCLUSIVE_LOCK, 2000, &owner),
+              VI_SUCCESS);
+    const auto other = Open(server.Resource());
+    EXPECT_EQ(Write(other, "*IDN?\n"), VI_ERROR_RSRC_LOCKED);
+    EXPECT_EQ(OpenStatus(manager_, server.Resource().c_str(), VI_EXCLUSIVE_LOCK, 20), VI_ERROR_TMO);
+    EXPECT_EQ(viClose(owner), VI_SUCCESS);
+    EXPECT_EQ(OpenStatus(manager_, server.Resource().c_str(), VI_EXCLUSIVE_LOCK, 20), VI_SUCCESS);
+}
+
+TEST_F(OpenTest, OpenOnASessionIsRefused) {
+    EXPECT_EQ(OpenStatus(OpenVirtual(), "VIRTUAL::INSTR"), VI_ERROR_NSUP_OPER);
+}
+
+TEST_F(OpenTest, CloseOfNothingIsAWarning) {
+    EXPECT_EQ(viClose(VI_NULL), VI_WARN_NULL_OBJECT);
+}
+
+TEST_F(OpenTest, CloseTwiceIsAnError) {
+    const auto session = OpenVirtual();
+    EXPECT_EQ(viClose(session), VI_SUCCESS);
+    EXPECT_EQ(viClose(session), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(Write(session, "*IDN?\n"), VI_ERROR_INV_OBJECT);
+}
+
+TEST_F(OpenTest, ManagerClosesItsSessionsAndEventsAndNoOthers) {
+    ViSession manager = VI_NULL;
+    ASSERT_EQ(viOpenDefaultRM(&manager), VI_SUCCESS);
+    ViSession session = VI_NULL;
+    ASSERT_EQ(viOpen(manager, "VIRTUAL::SCRIPTED::INSTR", 0, 0, &session), VI_SUCCESS);
+    const auto record = LastRecord();
+    const auto other = OpenVirtual();
+    ASSERT_EQ(viEnableEvent(session, VI_EVENT_SERVICE_REQ, VI_QUEUE, 0), VI_SUCCESS);
+    ASSERT_EQ(Write(session, "SRQ\n"), VI_SUCCESS);
+    ViEvent event = VI_NULL;
+    ASSERT_EQ(viWaitOnEvent(session, VI_EVENT_SERVICE_REQ, 0, nullptr, &event), VI_SUCCESS);
+
+    EXPECT_EQ(viClose(manager), VI_SUCCESS);
+    EXPECT_FALSE(record->isAlive);
+    EXPECT_EQ(viClose(session), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(viClose(event), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(viClose(other), VI_SUCCESS);
+}
+
+TEST_F(OpenTest, SessionsAreNotReusedSoon) {
+    std::set<ViSession> seen;
+    for (int i = 0; i < 100; ++i) {
+        const auto session = OpenVirtual();
+        EXPECT_TRUE(seen.insert(session).second);
+        EXPECT_EQ(viClose(session), VI_SUCCESS);
+    }
+}
+
+using CloseTest = LinkTest;
+INSTANTIATE_TEST_SUITE_P(Links, CloseTest, ::testing::Values(LinkKind::kSocket, LinkKind::kVirtual),
+                         NameOf);
+
+TEST_P(CloseTest, CloseEndsAReadThatWaits) {
+    Set(session_, VI_ATTR_TMO_VALUE, VI_TMO_INFINITE);
+    std::atomic<bool> started = false;
+    std::thread reader([&] {
+        ViByte buffer[16];
+        started = true;
+        // The session may be closed before the read begins as well.
+        EXPECT_THAT(viRead(session_, buffer, 16, nullptr),
+                    ::testing::AnyOf(VI_ERROR_ABORT, VI_ERROR_INV_OBJECT));
+    });
+    while (!started) {
+        std::this_thread::yield();
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(viClose(session_), VI_SUCCESS);
+    reader.join();
+}
+
+TEST_P(CloseTest, CloseEndsSeveralReadsAndAWaitForAnEvent) {
+    Set(session_, VI_ATTR_TMO_VALUE, VI_TMO_INFINITE);
+    ASSERT_EQ(viEnableEvent(session_, VI_EVENT_IO_COMPLETION, VI_QUEUE, 0), VI_SUCCESS);
+    const auto anyEnd = ::testing::AnyOf(VI_ERROR_ABORT, VI_ERROR_INV_OBJECT);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i) {
+        threads.emplace_back([&] {
+            ViByte buffer[16];
+            EXPECT_THAT(viRead(session_, buffer, 16, nullptr), anyEnd);
+        });
+        threads.emplace_back([&] {
+            EXPECT_THAT(
+                viWaitOnEvent(session_, VI_EVENT_IO_COMPLETION, VI_TMO_INFINITE, nullptr, nullptr),
+                anyEnd);
+        });
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(viClose(manager_), VI_SUCCESS);
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    ASSERT_EQ(viOpenDefaultRM(&manager_), VI_SUCCESS);  // for the end of the test
+}
+
+TEST_P(CloseTest, ManyThreadsOpenUseAndClose) {
+    std::vector<std::thread> threads;
+    threads.reserve(4);
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([this, i] {
+            for (int round = 0; round < 10; ++round) {
+                const auto session = OpenAnother();
+                const std::string text = std::to_string(i * 100 + round);
+                EXPECT_EQ(Write(session, "ECHO " + text + "\n"), VI_SUCCESS);
+                EXPECT_EQ(Read(session, 100).bytes, text + "\n");
+                EXPECT_EQ(viClose(session), VI_SUCCESS);
+            }
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+}
+
+TEST_P(CloseTest, WritesOfManyThreadsStayWhole) {
+    Set(session_, VI_ATTR_TMO_VALUE, 5000);
+    std::vector<std::thread> threads;
+    threads.reserve(4);
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([this, i] {
+            for (int round = 0; round < 20; ++round) {
+                EXPECT_EQ(
+                    Write(session_, "ECHO " + std::string(100, static_cast<char>('a' + i)) + "\n"),
+                    VI_SUCCESS);
+            }
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    std::map<char, int> lines;
+    for (int i = 0; i < 80; ++i) {
+        const auto read = Read(session_, 1000);
+        ASSERT_EQ(read.status, EndStatus());
+        ASSERT_EQ(read.bytes, std::string(100, read.bytes.front()) + "\n");
+        ++lines[read.bytes.front()];
+    }
+    EXPECT_EQ(lines, (std::map<char, int>{{'a', 20}, {'b', 20}, {'c', 20}, {'d', 20}}));
+}
+
+}  // namespace visa_provider::testing

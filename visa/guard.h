@@ -1,0 +1,48 @@
+// What every function of the C interface does around its work.
+#pragma once
+
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "visa/object_table.h"
+#include "visa/session.h"
+#include "visa/visa.h"
+
+namespace visa_provider {
+
+// Runs `work` and turns an exception into a status: none may pass a C interface.
+template <typename Work>
+[[nodiscard]] ViStatus Guarded(Work&& work) noexcept {
+    try {
+        return std::forward<Work>(work)();
+    } catch (const std::bad_alloc&) {
+        return VI_ERROR_ALLOC;
+    } catch (...) {
+        return VI_ERROR_SYSTEM_ERROR;
+    }
+}
+
+// Runs `work` on the object of that handle, which it keeps alive meanwhile. VI_ERROR_INV_OBJECT
+// when the handle stands for nothing, VI_ERROR_NSUP_OPER when it stands for something else.
+template <typename Kind, typename Work>
+[[nodiscard]] ViStatus WithObject(ViObject handle, Work&& work) noexcept {
+    return Guarded([&] {
+        const std::shared_ptr<Object> object = ObjectTable::Instance().Find(handle);
+        if (!object) {
+            return VI_ERROR_INV_OBJECT;
+        }
+        const auto found = std::dynamic_pointer_cast<Kind>(object);
+        if (!found) {
+            return VI_ERROR_NSUP_OPER;
+        }
+        return std::forward<Work>(work)(*found);
+    });
+}
+
+template <typename Work>
+[[nodiscard]] ViStatus WithSession(ViSession handle, Work&& work) noexcept {
+    return WithObject<Session>(handle, std::forward<Work>(work));
+}
+
+}  // namespace visa_provider

@@ -1,0 +1,38 @@
+// What a VISA handle stands for.
+#pragma once
+
+#include <optional>
+
+#include "visa/attribute_value.h"
+#include "visa/visa.h"
+
+namespace visa_provider {
+
+// A resource manager, a session, an event or a find list. All members may be called from any
+// thread. An object lives until its handle is closed and the last call that uses it returned.
+class Object {
+  public:
+    Object() = default;
+    virtual ~Object() = default;
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+
+    // The value of an attribute; none if the object doesn't have it.
+    [[nodiscard]] virtual std::optional<AttributeValue> Attribute(ViAttr attribute) const = 0;
+
+    // Without an override an attribute is read-only (VI_ERROR_ATTR_READONLY) or isn't there
+    // (VI_ERROR_NSUP_ATTR).
+    [[nodiscard]] virtual ViStatus SetAttribute(ViAttr attribute, ViAttrState state);
+
+    // Called once, when the handle is gone: ends what waits on the object.
+    virtual void Close() {}
+
+    // The object's handle, 0 until it has one.
+    [[nodiscard]] ViObject Handle() const { return handle_; }
+
+  private:
+    friend class ObjectTable;
+    ViObject handle_ = 0;  // set before any other thread can see the object
+};
+
+}  // namespace visa_provider
