@@ -1,4 +1,4 @@
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 #include <gmock/gmock.h>
 
@@ -15,6 +15,9 @@ ScopeTest::ScopeTest() {
     environment.makeRepCap = MakeRepCap;
     environment.clock = &clock;
     environment.chooseVisa = [this](std::string_view) {
+        if (!visaProblem.empty()) {
+            return VisaSelection{nullptr, visaProblem};
+        }
         return VisaSelection{
             std::make_shared<const VisaLibrary>(fake.Table(), "scripted", "for a test", nullptr),
             {}};

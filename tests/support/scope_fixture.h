@@ -57,6 +57,8 @@ class ScopeTest : public testing::Test {
     static std::string ErrorText();
 
     FakeVisa fake;
+    // Where set, no VISA library can be had, for this reason.
+    std::string visaProblem;
     FakeClock clock;
     ComPtr<IKestrion> scope;
 };
