@@ -1,0 +1,74 @@
+#include "cli/acquisition.h"
+
+#include <fmt/format.h>
+
+#include "cli/ascii.h"
+#include "cli/failure.h"
+
+namespace kestrion::cli {
+namespace {
+
+constexpr std::chrono::milliseconds kPollInterval{5};
+
+void PrepareInstrument(ScopeClient& client, const CaptureArguments& arguments) {
+    for (const Source source : arguments.sources) {
+        if (!client.IsOn(source)) {
+            client.TurnOn(source);
+        }
+    }
+    if (arguments.points) {
+        client.SetRecordLength(*arguments.points);
+    }
+}
+
+// Starts a single acquisition and polls until it has stopped.
+void AcquireByPolling(ScopeClient& client, std::chrono::milliseconds maxTime,
+                      const Timing& timing) {
+    client.StartSingleSequence();
+    const auto deadline = timing.now() + maxTime;
+    while (client.IsAcquiring()) {
+        if (timing.now() >= deadline) {
+            throw Failure(fmt::format("No complete acquisition within {} ms.", maxTime.count()),
+                          "The trigger may never have come. Give more time by --max-time.");
+        }
+        timing.sleep(kPollInterval);
+    }
+}
+
+void FetchInto(Waveforms& waveforms, ScopeClient& client, Source source,
+               const PhaseListener& beginPhase) {
+    beginPhase(fmt::format("Transferring {}", SourceName(source)));
+    waveforms.push_back(client.Fetch(source));
+}
+
+}  // namespace
+
+bool LacksServiceRequest(std::string_view resource) {
+    return ToUpper(TrimBlanks(resource)).ends_with("::SOCKET");
+}
+
+Waveforms Acquire(ScopeClient& client, const CaptureArguments& arguments, const Timing& timing,
+                  const PhaseListener& beginPhase) {
+    PrepareInstrument(client, arguments);
+    Waveforms waveforms;
+    std::size_t next = 0;
+    if (!arguments.asIs) {
+        if (LacksServiceRequest(client.Connection().resource)) {
+            beginPhase("Acquiring");
+            AcquireByPolling(client, std::chrono::milliseconds(arguments.maxTimeMilliseconds),
+                             timing);
+        } else {
+            client.SelectSingleSequence();
+            // One call of the driver acquires and transfers the first source.
+            const Source first = arguments.sources[next++];
+            beginPhase(fmt::format("Acquiring and transferring {}", SourceName(first)));
+            waveforms.push_back(client.Read(first, arguments.maxTimeMilliseconds));
+        }
+    }
+    for (; next < arguments.sources.size(); ++next) {
+        FetchInto(waveforms, client, arguments.sources[next], beginPhase);
+    }
+    return waveforms;
+}
+
+}  // namespace kestrion::cli
