@@ -10,12 +10,10 @@ endif()
 add_library(kestrion_options INTERFACE)
 target_compile_options(kestrion_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-    -Wold-style-cast -Woverloaded-virtual -Wnull-dereference -Wimplicit-fallthrough -Werror)
+    -Wold-style-cast -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
 if(KESTRION_SANITIZE)
     target_compile_options(kestrion_options INTERFACE
-        -fsanitize=${KESTRION_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
-        # The sanitizers' own instrumentation sets this one off in code that is in order.
-        -Wno-null-dereference)
+        -fsanitize=${KESTRION_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(kestrion_options INTERFACE -fsanitize=${KESTRION_SANITIZE})
 endif()
 

@@ -21,13 +21,7 @@ HRESULT WriteString(MemberCall& call, BSTR Command) {
 
 HRESULT QueryString(MemberCall& call, BSTR Command, BSTR* Response) {
     std::string response;
-    HRESULT status = call.Session().QueryString(CommandBytes(Command), &response);
-    // The session gives one buffer's worth at a time.
-    while (status == IoStatusMoreData) {
-        std::string more;
-        status = call.Session().ReadString(&more);
-        response += more;
-    }
+    const HRESULT status = call.QueryText(CommandBytes(Command), response);
     if (Failed(status)) {
         return status;
     }

@@ -169,7 +169,11 @@ HRESULT CDriver::PollInstrumentStatus() {
     // (IEEE 488.2, 11.5.1).
     constexpr std::int32_t kErrorBits = 0x04 | 0x08 | 0x10 | 0x20;
     std::string answer;
-    HRESULT status = session_.WriteStringNoPoll(std::string_view("*ESR?"), true);
+    // The reply that has just been read may have left a character behind.
+    HRESULT status = session_.FlushRead();
+    if (Succeeded(status)) {
+        status = session_.WriteStringNoPoll(std::string_view("*ESR?"), true);
+    }
     if (Succeeded(status)) {
         status = session_.ReadStringNoPoll(&answer);
     }

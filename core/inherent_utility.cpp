@@ -17,7 +17,7 @@ HRESULT ResetInstrument(MemberCall& call, std::int32_t timeout) {
         return S_OK;
     }
     LONG done = 0;
-    return call.Session().QueryNumber("*RST;*OPC?", &done, true, timeout);
+    return call.QueryLong("*RST;*OPC?", done, timeout);
 }
 
 HRESULT ResetAll(MemberCall& call) {
@@ -121,8 +121,7 @@ HRESULT SelfTest(MemberCall& call, LONG* TestResult, BSTR* TestMessage) {
     }
     *TestResult = 0;
     if (!call.IsSimulating()) {
-        const HRESULT status =
-            call.Session().QueryNumber("*TST?", TestResult, true, Metadata().selfTestTimeout);
+        const HRESULT status = call.QueryLong("*TST?", *TestResult, Metadata().selfTestTimeout);
         if (Failed(status)) {
             return status;
         }

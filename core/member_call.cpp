@@ -56,19 +56,33 @@ HRESULT MemberCall::QueryFormatted(std::int32_t timeout, std::span<const ArgSlot
     return status == IoStatusMoreData ? S_OK : status;
 }
 
-HRESULT MemberCall::QueryText(std::string_view command, std::string& reply) {
-    const HRESULT status = Session().QueryString(command, &reply);
-    return status == IoStatusMoreData ? S_OK : status;
+HRESULT MemberCall::QueryText(std::string_view command, std::string& reply, std::int32_t timeout) {
+    HRESULT status = Session().FlushRead();
+    if (Succeeded(status)) {
+        status = Session().QueryString(command, &reply, timeout);
+    }
+    // A reply longer than a buffer is followed by more of itself.
+    while (status == IoStatusMoreData) {
+        std::string more;
+        status = Session().ReadString(&more, timeout);
+        reply += more;
+    }
+    return status;
 }
 
-HRESULT MemberCall::QueryLong(std::string_view command, LONG& value) {
-    const HRESULT status = Session().QueryNumber(command, &value, true);
-    return status == IoStatusMoreData ? S_OK : status;
+template <typename T>
+HRESULT MemberCall::QueryNumber(std::string_view command, T& value, std::int32_t timeout) {
+    // A number that ended its reply leaves a digit behind in the buffer.
+    const HRESULT status = Session().FlushRead();
+    return Failed(status) ? status : Session().QueryNumber(command, &value, true, timeout);
 }
 
-HRESULT MemberCall::QueryDouble(std::string_view command, double& value) {
-    const HRESULT status = Session().QueryNumber(command, &value, true);
-    return status == IoStatusMoreData ? S_OK : status;
+HRESULT MemberCall::QueryLong(std::string_view command, LONG& value, std::int32_t timeout) {
+    return QueryNumber(command, value, timeout);
+}
+
+HRESULT MemberCall::QueryDouble(std::string_view command, double& value, std::int32_t timeout) {
+    return QueryNumber(command, value, timeout);
 }
 
 bool MemberCall::InstrumentHasTwoChannels() {

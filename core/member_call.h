@@ -55,11 +55,14 @@ class MemberCall {
     HRESULT Write(std::string_view format, T... arguments) {
         return Session().VPrintf(format, PackArgs(arguments...));
     }
-    // Sends a line of its own and reads the whole reply as text.
-    HRESULT QueryText(std::string_view command, std::string& reply);
+    // Throws away what is left of an earlier reply, sends a line of its own and reads the whole
+    // reply as text. `timeout` as above.
+    HRESULT QueryText(std::string_view command, std::string& reply,
+                      std::int32_t timeout = kKeepTimeout);
     // The same with one number as the reply.
-    HRESULT QueryLong(std::string_view command, LONG& value);
-    HRESULT QueryDouble(std::string_view command, double& value);
+    HRESULT QueryLong(std::string_view command, LONG& value, std::int32_t timeout = kKeepTimeout);
+    HRESULT QueryDouble(std::string_view command, double& value,
+                        std::int32_t timeout = kKeepTimeout);
 
     // Errors, under a message number or with a detail behind the message's words.
     HRESULT Report(std::int32_t code, std::initializer_list<std::string_view> arguments = {}) {
@@ -77,6 +80,9 @@ class MemberCall {
     [[nodiscard]] bool InstrumentHasTwoChannels();
 
   private:
+    template <typename T>
+    HRESULT QueryNumber(std::string_view command, T& value, std::int32_t timeout);
+
     CNode& node_;
     const MethodDescriptor& method_;
 };

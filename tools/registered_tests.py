@@ -9,21 +9,25 @@ files that aren't in it and the entries that aren't there any more; ends with 1 
 
 import argparse
 import sys
-from pathlib import Path
+from pathlib import Path, PurePosixPath
 
-TEST_FILES = ("*_test.cpp", "*_test.py")
+TEST_FILES = ("*_test.cpp", "*_test.py", "test_*.py")
+
+
+def is_test_file(name: str) -> bool:
+    return any(PurePosixPath(name).match(pattern) for pattern in TEST_FILES)
 
 
 def test_files(folder: Path) -> set[str]:
-    return {path.relative_to(folder).as_posix()
-            for pattern in TEST_FILES for path in folder.rglob(pattern)}
+    names = (path.relative_to(folder).as_posix() for path in folder.rglob("*"))
+    return {name for name in names if is_test_file(name)}
 
 
 def faults(found: set[str], registered: set[str]) -> list[str]:
     missing = [f"{name}: in no kestrion_test() or kestrion_python_test() of a folder that "
                "tests/CMakeLists.txt adds" for name in sorted(found - registered)]
     gone = [f"{name}: registered, but there is no such test file"
-            for name in sorted(registered - found) if name.endswith(("_test.cpp", "_test.py"))]
+            for name in sorted(registered - found) if is_test_file(name)]
     return missing + gone
 
 

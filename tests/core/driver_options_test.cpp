@@ -1,5 +1,5 @@
 // What the option string does to a driver.
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 namespace kestrion {
 namespace {

@@ -1,7 +1,7 @@
 // The call frame: the order of its checks, simulation, and one property from entry to wire.
 #include <gmock/gmock.h>
 
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 namespace kestrion {
 namespace {
@@ -228,6 +228,35 @@ TEST_F(FrameTest, AnInstrumentStatusPollFollowsASendWhenAskedFor) {
     EXPECT_EQ(Acquisition()->Stop(), MakeStatus(0x80047001));
     EXPECT_EQ(ErrorText(),
               "Kestrion: Instrument error detected.  Use ErrorQuery() to determine error(s).");
+}
+
+TEST_F(FrameTest, ANumberLeavesNothingBehindForTheStatusPoll) {
+    Connect();
+    EXPECT_EQ(As<IIviDriverOperation>()->put_QueryInstrumentStatus(VARIANT_TRUE), S_OK);
+    // A reply that ends in a digit that would read as an error bit.
+    fake.Expect("ACQUIRE:NUMAVG?\n").Reply("64\n");
+    fake.Expect("*ESR?\n").Reply("0\n");
+    LONG averages = 0;
+    EXPECT_EQ(Acquisition()->get_NumberAverages(&averages), S_OK) << ErrorText();
+    EXPECT_EQ(averages, 64);
+}
+
+TEST_F(FrameTest, ANumberLeavesNothingBehindForATextOrABlock) {
+    Connect();
+    fake.Expect("ACQUIRE:NUMAVG?\n").Reply("64\n");
+    LONG averages = 0;
+    EXPECT_EQ(Acquisition()->get_NumberAverages(&averages), S_OK);
+    fake.Expect("*OPT?\n").Reply("none\n");
+    const BstrPtr query(std::string_view("*OPT?"));
+    BstrPtr answer;
+    EXPECT_EQ(As<IDirectIo>()->QueryString(query.Get(), answer.Out()), S_OK);
+    EXPECT_EQ(answer.Utf8(), "none");
+    fake.Expect("ACQUIRE:NUMAVG?\n").Reply("32\n");
+    EXPECT_EQ(Acquisition()->get_NumberAverages(&averages), S_OK);
+    fake.Expect("*TST?\n").Reply("0\n");
+    LONG result = 9;
+    EXPECT_EQ(As<IIviDriverUtility>()->SelfTest(&result, answer.Out()), S_OK);
+    EXPECT_EQ(result, 0);
 }
 
 TEST_F(FrameTest, ReferencesAreTheSameObject) {

@@ -1,7 +1,7 @@
 // The members that every driver of this kind has.
 #include <gmock/gmock.h>
 
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 namespace kestrion {
 namespace {

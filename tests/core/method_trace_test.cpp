@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <fstream>
 #include <limits>
 #include <regex>
@@ -20,7 +21,7 @@
 #include "kestrion/platform/safe_array.h"
 #include "kestrion/platform/variant.h"
 #include "tests/core/fake_trace_host.h"
-#include "tests/tables/allocation_count.h"
+#include "tests/support/allocation_count.h"
 
 namespace kestrion {
 namespace {
@@ -664,6 +665,7 @@ TEST_F(MethodTraceTest, ThreadsMayInterleaveTheirRecords) {
     EXPECT_EQ(Count(text.str(), "<Method "), std::size_t{kThreads * kCalls});
     EXPECT_EQ(Count(text.str(), "</Method>"), std::size_t{kThreads * kCalls});
     EXPECT_EQ(Count(text.str(), "<Parameter "), std::size_t{kThreads * kCalls});
+    std::filesystem::remove(writer.traceName);
 }
 
 }  // namespace

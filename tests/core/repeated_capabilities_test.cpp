@@ -1,5 +1,5 @@
 // Collections and their instances.
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 namespace kestrion {
 namespace {

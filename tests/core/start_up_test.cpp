@@ -1,7 +1,7 @@
 // Start-up and shut-down over a scripted instrument.
 #include <gmock/gmock.h>
 
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 namespace kestrion {
 namespace {

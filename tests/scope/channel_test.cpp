@@ -1,7 +1,7 @@
 // IKestrionChannel: properties and refusals, typed from the command set.
 #include <gmock/gmock.h>
 
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 namespace kestrion {
 namespace {

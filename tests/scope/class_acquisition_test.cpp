@@ -1,7 +1,7 @@
 // IIviScopeAcquisition: the class's view, live and in simulation.
 #include <gmock/gmock.h>
 
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 namespace kestrion {
 namespace {

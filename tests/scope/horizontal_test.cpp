@@ -1,5 +1,5 @@
 // IKestrionHorizontal: lines typed from the command set.
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 namespace kestrion {
 namespace {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/support/scope_test.h"
+#include "tests/support/scope_fixture.h"
 
 namespace kestrion {
 
