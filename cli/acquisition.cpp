@@ -35,10 +35,21 @@ void AcquireByPolling(ScopeClient& client, std::chrono::milliseconds maxTime,
     }
 }
 
+// The driver takes a transfer that broke off behind its data for a success and leaves zeros where
+// the scale should be: numbers that look like a record and are none.
+Waveform Complete(Waveform waveform) {
+    if (!(waveform.xIncrement > 0)) {
+        throw Failure(fmt::format("The transfer of {} broke off: its record has no time base.",
+                                  waveform.source),
+                      "Try again; --timeout gives a slow connection more time.");
+    }
+    return waveform;
+}
+
 void FetchInto(Waveforms& waveforms, ScopeClient& client, Source source,
                const PhaseListener& beginPhase) {
     beginPhase(fmt::format("Transferring {}", SourceName(source)));
-    waveforms.push_back(client.Fetch(source));
+    waveforms.push_back(Complete(client.Fetch(source)));
 }
 
 }  // namespace
@@ -62,7 +73,7 @@ Waveforms Acquire(ScopeClient& client, const CaptureArguments& arguments, const 
             // One call of the driver acquires and transfers the first source.
             const Source first = arguments.sources[next++];
             beginPhase(fmt::format("Acquiring and transferring {}", SourceName(first)));
-            waveforms.push_back(client.Read(first, arguments.maxTimeMilliseconds));
+            waveforms.push_back(Complete(client.Read(first, arguments.maxTimeMilliseconds)));
         }
     }
     for (; next < arguments.sources.size(); ++next) {

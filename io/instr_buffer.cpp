@@ -253,11 +253,11 @@ HRESULT CInstrBuffer::FlushRead() {
         std::string dropped;
         status = io_.LowLevelReadStringNoPoll(&dropped, kDiscardChunk, kKeepTimeout);
     }
-    ResetRead();
+    EndResponse();
     return Failed(status) ? status : S_OK;
 }
 
-void CInstrBuffer::ResetRead() {
+void CInstrBuffer::EndResponse() {
     std::fill_n(readBuffer_.get(), readCapacity_, BYTE{0});
     readCount_ = 0;
     readPayload_ = 0;
@@ -405,7 +405,7 @@ HRESULT CInstrBuffer::ResizeRead(std::uint32_t size) {
     }
     readBuffer_ = std::move(memory);
     readCapacity_ = size;
-    ResetRead();
+    EndResponse();
     return S_OK;
 }
 

@@ -67,6 +67,9 @@ class CInstrBuffer final : public IIoBuffer {
     // Keeps what waits to be sent.
     HRESULT SetWriteTerminator(std::string_view terminator);
 
+    // Nothing of the response is left, here or in the instrument.
+    void EndResponse();
+
   private:
     CInstrBuffer(ILowLevelIo& io, IIoErrorReporter& reporter, std::string_view readTerminator,
                  std::string_view writeTerminator, BufferAllocator allocate);
@@ -83,7 +86,6 @@ class CInstrBuffer final : public IIoBuffer {
     [[nodiscard]] HRESULT SendWithoutEnd();
     [[nodiscard]] HRESULT ResizeRead(std::uint32_t size);
     [[nodiscard]] HRESULT ResizeWrite(std::uint32_t size);
-    void ResetRead();
     HRESULT ReportNullPointer(std::string_view parameter);
     HRESULT ReportNoWriteMemory(std::uint32_t size);
 

@@ -37,6 +37,7 @@ class CIoSession : public virtual IIoSession, public ILowLevelIo {
     HRESULT PollInstrumentStatus() override;
     HRESULT ReadRaw(BYTE* target, std::uint32_t count, std::uint32_t* actual,
                     std::int32_t timeout = kKeepTimeout) override;
+    HRESULT EndResponse() override;
 
     // Past the buffer: further forms of the transport's read and write.
     using ILowLevelIo::LowLevelReadNoPoll;

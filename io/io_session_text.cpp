@@ -56,6 +56,13 @@ HRESULT CIoSession::ReadRaw(BYTE* target, std::uint32_t count, std::uint32_t* ac
                [&] { return buffer_->ReadDirect(target, count, actual, false); });
 }
 
+HRESULT CIoSession::EndResponse() {
+    return Run(kKeepTimeout, Polling::kOff, [&]() -> HRESULT {
+        buffer_->EndResponse();
+        return S_OK;
+    });
+}
+
 HRESULT CIoSession::ReadStringOf(std::string* text, std::int32_t timeout, Polling polling) {
     return Run(timeout, polling, [&]() -> HRESULT {
         if (text == nullptr) {

@@ -230,6 +230,9 @@ struct IIoSession {
     // rest of the response stays.
     virtual HRESULT ReadRaw(BYTE* target, std::uint32_t count, std::uint32_t* actual,
                             std::int32_t timeout = kKeepTimeout) = 0;
+    // Says that the response ends with what has been read, where the caller knows it and the link
+    // doesn't: behind a block on a link without END. Drops what is buffered; reads nothing.
+    virtual HRESULT EndResponse() = 0;
 
     // The whole response, up to the size of the read buffer; a longer one leaves its rest with
     // IoStatusMoreData. The caller owns a text that comes back through a BSTR.

@@ -196,6 +196,8 @@ bool WaveformTransaction::ReadBlock(std::uint8_t* block) {
     if (actual == wanted && block[blockLength_] != '\n') {
         return Fail(message::kUnexpectedResponse, "The waveform block is longer than announced.");
     }
+    // A raw socket can't tell that nothing follows.
+    (void)call_.Session().EndResponse();
     return true;
 }
 

@@ -83,6 +83,17 @@ TEST_F(AcquisitionTest, TheResourceInForceDecidesNotTheNameGiven) {
     EXPECT_THAT(calls_, ::testing::Contains("StartSingleSequence"));
 }
 
+TEST_F(AcquisitionTest, ARecordWithoutATimeBaseIsNoSuccess) {
+    for (const bool asIs : {false, true}) {
+        arguments_.asIs = asIs;
+        run_.instrument.waveforms["CH1"] = MakeWaveform("CH1", {0, 0, 0}, 0, 0);
+        const Failure failure =
+            ExpectFailure([this] { (void)AcquireFrom("VIRTUAL::PL7254C::INSTR"); });
+        EXPECT_STREQ(failure.what(), "The transfer of CH1 broke off: its record has no time base.");
+        EXPECT_EQ(failure.Hint(), "Try again; --timeout gives a slow connection more time.");
+    }
+}
+
 TEST(LacksServiceRequest, IsTrueForSocketsOnly) {
     EXPECT_TRUE(LacksServiceRequest("TCPIP0::10.0.0.1::4000::SOCKET"));
     EXPECT_TRUE(LacksServiceRequest("tcpip::10.0.0.1::4000::socket "));

@@ -78,14 +78,23 @@ TEST(ProgramWithoutArguments, Info) {
     EXPECT_THAT(result.out, ::testing::Not(HasSubstr("unknown")));
 }
 
+// The virtual instrument applies a sine of 1 kHz and 1 V to its first channel.
+void ExpectTheSine(const std::string& summary) {
+    const std::string line = SummaryLine(summary, "CH1");
+    EXPECT_THAT(line, HasSubstr(" -1.000 V "));
+    EXPECT_THAT(line, HasSubstr(" 1.000 V "));
+    EXPECT_THAT(line, EndsWith(" 1.000 kHz"));
+}
+
 TEST(ProgramWithoutArguments, Capture) {
     const ProcessResult result = Kestrion({"capture"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.err, "");
     EXPECT_THAT(result.out,
                 StartsWith("KESTRION PL7254C, serial number V000001, firmware 1.0.0\nSource "));
-    EXPECT_NE(SummaryLine(result.out, "CH1"), "");
-    EXPECT_EQ(Split(result.out, '\n').size(), 3U);
+    ExpectTheSine(result.out);
+    // Three lines, and nothing behind the last line end.
+    EXPECT_EQ(Split(result.out, '\n').size(), 4U);
 }
 
 TEST(ProgramWithoutArguments, Scpi) {
@@ -264,6 +273,7 @@ TEST(ProgramOverASocket, CapturesByPolling) {
         Kestrion({"capture", "--resource", resource, "--source", "CH1,CH2", "--points", "1000",
                   "--csv", folder.File("a.csv").string()});
     ASSERT_EQ(result.exitCode, 0) << result.err;
+    ExpectTheSine(result.out);
     EXPECT_THAT(SummaryLine(result.out, "CH2"), HasSubstr(" 1000 "));
     // What the instrument holds now is what was captured.
     const ProcessResult again = Kestrion({"capture", "--as-is", "--resource", resource, "--source",

@@ -65,6 +65,7 @@ TEST_F(ClosedIoSessionTest, EveryKindOfOperationIsRefusedAsNotInitialized) {
                                session.ReadBytes(&byte, 1, &size, true),
                                session.ReadChar(&byte, true),
                                session.ReadRaw(&byte, 1, &size),
+                               session.EndResponse(),
                                session.ReadString(&text),
                                session.ReadNumber(&values[0], true),
                                session.ReadList(values, 2, &number, ","),
@@ -522,6 +523,19 @@ TEST_F(IoSessionTest, RawReadIsOneVisaReadWhenNothingIsBuffered) {
     EXPECT_EQ(target, data);
     EXPECT_THAT(fake.Calls(), ElementsAre("viGetAttribute(TERMCHAR_EN)", "viRead(100000)"));
     EXPECT_EQ(poller.polls, 0);
+}
+
+TEST_F(IoSessionTest, AResponseThatTheCallerKnowsToBeOverIsNotReadOn) {
+    ASSERT_EQ(session.SetTerminationCharacterEnabled(true), S_OK);
+    fake.Respond("abc\n", false);
+    BYTE target[4];
+    std::uint32_t actual = 0;
+    // Without END the link says that more may follow.
+    EXPECT_EQ(session.ReadRaw(target, 4, &actual), IoStatusMoreData);
+    EXPECT_EQ(session.EndResponse(), S_OK);
+    fake.ForgetCalls();
+    EXPECT_EQ(session.FlushRead(), S_OK);
+    EXPECT_THAT(fake.CallsOf("viRead"), testing::IsEmpty());
 }
 
 TEST_F(IoSessionTest, RawReadsOfABlockOnASocketKeepTheTerminationCharacterOff) {

@@ -22,7 +22,7 @@ struct Ended {
     long residentKib = 0;
 };
 
-Ended Run(const std::vector<std::string>& arguments) {
+Ended RunProgram(const std::vector<std::string>& arguments) {
     std::vector<char*> argv;
     for (const std::string& argument : arguments) {
         argv.push_back(const_cast<char*>(argument.c_str()));
@@ -55,8 +55,9 @@ class LargeRecordTest : public testing::Test {
 TEST_F(LargeRecordTest, AHundredMillionPointsAreCapturedWithinTheMemory) {
     const auto server = Serve();
     const std::filesystem::path file = folder_ / "record.npy";
-    const Ended ended = Run({KESTRION_PROGRAM, "capture", "--resource", server->ResourceName(),
-                             "--points", "100000000", "--npy", file.string(), "--no-plot"});
+    const Ended ended =
+        RunProgram({KESTRION_PROGRAM, "capture", "--resource", server->ResourceName(), "--points",
+                    "100000000", "--npy", file.string(), "--no-plot"});
     ASSERT_EQ(ended.exitCode, 0);
     EXPECT_LE(ended.residentKib, kResidentLimitKib);
     RecordProperty("resident_kib", std::to_string(ended.residentKib));
