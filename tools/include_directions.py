@@ -77,9 +77,6 @@ MAY_INCLUDE = {
 TESTS_MAY_ALSO_INCLUDE = {
     # A driver object over a scripted VISA library, for the tests of the upper rooms.
     "support": ("hosting", "tests/io"),
-    # Of the support, they take the count of allocations, which stands on nothing.
-    "io": ("tests/support",),
-    "tables": ("tests/support",),
     "core": ("tests/support",),
     "scope": ("tests/support",),
     "groups": ("tests/support",),

@@ -21,7 +21,7 @@
 #include "kestrion/platform/safe_array.h"
 #include "kestrion/platform/variant.h"
 #include "tests/core/fake_trace_host.h"
-#include "tests/support/allocation_count.h"
+#include "tests/platform/allocation_count.h"
 
 namespace kestrion {
 namespace {

@@ -11,5 +11,5 @@ else()
 endif()
 kestrion_test(test_trace
     SOURCES parameter_test.cpp trace_writer_test.cpp method_trace_test.cpp fake_trace_host.cpp
-            "${CMAKE_SOURCE_DIR}/tests/support/allocation_count.cpp"
+            "${CMAKE_SOURCE_DIR}/tests/platform/allocation_count.cpp"
     LIBRARIES ${trace_library})

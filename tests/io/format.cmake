@@ -19,5 +19,5 @@ kestrion_test(test_io_format
 
 # Counts allocations with an operator new of its own, so it is a program of its own.
 kestrion_test(test_io_format_allocation
-    SOURCES format_allocation_test.cpp "${CMAKE_SOURCE_DIR}/tests/support/allocation_count.cpp"
+    SOURCES format_allocation_test.cpp "${CMAKE_SOURCE_DIR}/tests/platform/allocation_count.cpp"
     LIBRARIES kestrion_io)

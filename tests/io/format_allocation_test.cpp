@@ -6,7 +6,7 @@
 
 #include "io/format_text_writer.h"
 #include "tests/io/memory_buffer.h"
-#include "tests/support/allocation_count.h"
+#include "tests/platform/allocation_count.h"
 
 namespace kestrion {
 namespace {

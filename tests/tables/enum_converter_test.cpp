@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/allocation_count.h"
+#include "tests/platform/allocation_count.h"
 
 namespace kestrion {
 namespace {

@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/support/allocation_count.h"
+#include "tests/platform/allocation_count.h"
 
 namespace kestrion {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/support/allocation_count.h"
+#include "tests/platform/allocation_count.h"
 
 #include <cstdlib>
 #include <new>
