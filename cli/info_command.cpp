@@ -66,6 +66,7 @@ std::string RunInfo(const InfoArguments& arguments, const Environment& environme
     report.Add("Model", instrument.model);
     report.Add("Serial number", instrument.serial);
     report.Add("Firmware", instrument.firmware);
+    report.Add("Family", instrument.family.empty() ? "unknown to the driver" : instrument.family);
     report.Section("Driver");
     report.Add("Description", driver.description);
     report.Add("Identifier", driver.identifier);

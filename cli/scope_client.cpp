@@ -103,7 +103,8 @@ class DriverClient : public ScopeClient {
         const auto identity = Identity();
         return {Text(*identity, &IIviDriverIdentity::get_InstrumentManufacturer),
                 Text(*identity, &IIviDriverIdentity::get_InstrumentModel), SerialNumber(),
-                Text(*identity, &IIviDriverIdentity::get_InstrumentFirmwareRevision)};
+                Text(*identity, &IIviDriverIdentity::get_InstrumentFirmwareRevision),
+                Text(*DirectIo(), &IDirectIo::get_InstrumentFamily)};
     }
 
     DriverIdentity Driver() override {

@@ -18,6 +18,7 @@ struct InstrumentIdentity {
     std::string model;
     std::string serial;
     std::string firmware;
+    std::string family = {};  // empty for a model that the driver doesn't know
 };
 
 struct DriverIdentity {

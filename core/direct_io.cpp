@@ -5,6 +5,7 @@
 #include "generated/hooks/IDirectIo.h"
 #include "io/visa_table.h"
 #include "platform/text.h"
+#include "tables/model_families.h"
 
 namespace kestrion::hooks::IDirectIo {
 namespace {
@@ -35,6 +36,11 @@ HRESULT get_Timeout(MemberCall& call, LONG* val) {
 
 HRESULT put_Timeout(MemberCall& call, LONG val) {
     return call.Session().SetTimeout(val);
+}
+
+HRESULT get_InstrumentFamily(MemberCall& call, BSTR* val) {
+    *val = MakeBstr(ModelFamilyTable::Instance().FamilyOf(call.Driver().GetInstrumentModel()));
+    return S_OK;
 }
 
 HRESULT get_VisaLibrary(MemberCall& call, BSTR* val) {

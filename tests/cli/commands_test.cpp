@@ -18,6 +18,7 @@ TEST(InfoCommand, PrintsAlignedText) {
               "  Model          PL7254C\n"
               "  Serial number  V000042\n"
               "  Firmware       1.2.3\n"
+              "  Family         Plover Series\n"
               "Driver\n"
               "  Description    IVI driver for Kestrion Instruments oscilloscopes "
               "[Compiled for 64-bit.]\n"

@@ -49,7 +49,8 @@ class FakeScope : public ScopeClient {
     }
     InstrumentIdentity Instrument() override {
         Note("Instrument");
-        return {"Kestrion Instruments", "PL7254C", simulated_ ? "" : "V000042", "1.2.3"};
+        return {"Kestrion Instruments", "PL7254C", simulated_ ? "" : "V000042", "1.2.3",
+                "Plover Series"};
     }
     DriverIdentity Driver() override {
         return {"IVI driver for Kestrion Instruments oscilloscopes [Compiled for 64-bit.]",

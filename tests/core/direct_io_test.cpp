@@ -56,6 +56,17 @@ TEST_F(DirectIoTest, TellsWhichVisaLibraryAndWhy) {
     EXPECT_EQ(text.Utf8(), "for a test");
 }
 
+TEST_F(DirectIoTest, TellsTheFamilyOfTheModel) {
+    Connect("LK7254B");
+    BstrPtr family;
+    EXPECT_EQ(As<IDirectIo>()->get_InstrumentFamily(family.Out()), S_OK);
+    EXPECT_EQ(family.Utf8(), "LarkB Series");
+    EXPECT_EQ(scope->Close(), S_OK);
+    Connect("ZZ0000");
+    EXPECT_EQ(As<IDirectIo>()->get_InstrumentFamily(family.Out()), S_OK);
+    EXPECT_EQ(family.Utf8(), "");
+}
+
 TEST_F(DirectIoTest, InSimulationThereIsNoConnection) {
     Simulate();
     const BstrPtr command(std::string_view("*IDN?"));

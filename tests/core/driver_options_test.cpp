@@ -1,4 +1,11 @@
 // What the option string does to a driver.
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "hosting/create.h"
+#include "hosting/objects.h"
 #include "tests/support/scope_fixture.h"
 
 namespace kestrion {
@@ -58,6 +65,40 @@ TEST_F(DriverOptionsTest, AnOptionInsideDriverSetupHasNoEffectAsAnOption) {
 
 TEST_F(DriverOptionsTest, AnUnknownNameIsNoError) {
     ASSERT_EQ(Initialize("", "simulate=true,colour=blue,DriverSetup=Shape=round"), S_OK);
+}
+
+TEST_F(DriverOptionsTest, NumPhasesMayBeWrittenWithAColon) {
+    const auto root = ComPtr<CDriver>::Attach(new Kestrion(SystemEnvironment()));
+    const std::string resource = "GPIB0::1::INSTR";
+    ASSERT_EQ(root->Initialize(&resource, false, false,
+                               "simulate=true,colour=Blue,DriverSetup=NumPhases:3, Shape=Round"),
+              S_OK);
+    EXPECT_EQ(root->GetDriverSetupOption("NumPhases"), "3");
+    EXPECT_EQ(root->GetDriverSetupOption("numphases"), "3");
+    EXPECT_EQ(root->GetDriverSetupOption("shape"), "Round");
+    EXPECT_EQ(root->GetDriverSetupOption("colour"), "");
+    EXPECT_EQ(root->GetInitOption("COLOUR"), "Blue");
+    EXPECT_EQ(root->GetInitOption("shape"), "");
+    EXPECT_EQ(root->Close(), S_OK);
+}
+
+TEST_F(DriverOptionsTest, ATraceIsWrittenWhereTheOptionsSay) {
+    std::string folder = (std::filesystem::temp_directory_path() / "kestrion_XXXXXX").string();
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const std::string file = folder + "/run.xml";
+    ASSERT_EQ(Initialize("", "simulate=true,cache=false,DriverSetup=Model=X,Trace=true,TraceName=" +
+                                 folder + "/run"),
+              S_OK);
+    EXPECT_FALSE(Flag(&IIviDriverOperation::get_Cache));
+    EXPECT_EQ(Model(), "X");
+    EXPECT_EQ(scope->Close(), S_OK);
+    std::ifstream stream(file);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_NE(text.find("<TraceRecords>"), std::string::npos) << text;
+    EXPECT_NE(text.find("Name=\"get_Cache\""), std::string::npos) << text;
+    EXPECT_NE(text.find("Name=\"Close\""), std::string::npos) << text;
+    EXPECT_NE(text.find("</TraceRecords>"), std::string::npos) << text;
+    std::filesystem::remove_all(folder);
 }
 
 TEST_F(DriverOptionsTest, ABadTraceValueFailsAndIsNamed) {

@@ -39,6 +39,11 @@ TEST(OptionString, AnEqualsSignEndsAValue) {
     EXPECT_EQ(Pairs("a=b=c=d"), (Map{{"a", "b"}, {"c", "d"}}));
 }
 
+TEST(OptionString, ANameWithASeparatorInItCannotBeWritten) {
+    EXPECT_EQ(Pairs("a,b=1"), (Map{{"b", "1"}}));
+    EXPECT_EQ(Pairs("a=b=1"), (Map{{"a", "b"}}));
+}
+
 TEST(OptionString, ALaterPairOfTheSameNameWins) {
     EXPECT_EQ(Pairs("a=1,a=2"), (Map{{"a", "2"}}));
     EXPECT_EQ(Pairs("a=1,A=2"), (Map{{"a", "1"}, {"A", "2"}}));

@@ -347,7 +347,7 @@ class InstrumentInterfaces(RealModel):
                 hooks.setdefault(entry.interface, []).append(entry.name)
         self.assertEqual(hooks, {
             "IDirectIo": ["QueryString", "WriteString", "get_Timeout", "put_Timeout",
-                          "get_VisaLibrary", "get_VisaLibraryReason"],
+                          "get_InstrumentFamily", "get_VisaLibrary", "get_VisaLibraryReason"],
             "IIviComponentIdentity": ["get_Description", "get_Identifier", "get_Revision",
                                       "get_Vendor"],
             "IIviScopeAcquisition": ["ConfigureRecord", "get_Interpolation", "put_Interpolation",
