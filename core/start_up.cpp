@@ -201,12 +201,12 @@ HRESULT CDriver::StartTrace() {
 
 HRESULT CDriver::SelectVisa(std::string_view resource, const visa::FunctionTable*& functions) {
     VisaSelection selection = environment_.chooseVisa(resource);
-    if (selection.library == nullptr) {
+    if (selection.chosen == nullptr) {
         return reporter_.ReportIoError(selection.error);
     }
-    functions = &selection.library->Functions();
+    functions = &selection.chosen->Functions();
     const std::lock_guard guard(stateLock_);
-    visaLibrary_ = std::move(selection.library);
+    visaLibrary_ = std::move(selection.chosen);
     return S_OK;
 }
 

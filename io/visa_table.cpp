@@ -105,7 +105,7 @@ VisaSelection UseInstalled(const BundledVisa& bundled, const VisaSeams& seams) {
     }
     VisaSelection selection =
         UseBundled(bundled, "no VISA library is installed on this system (" + tried + ")");
-    if (selection.library == nullptr) {
+    if (selection.chosen == nullptr) {
         selection.error = "No VISA library is installed on this system (" + tried + "). " +
                           std::string(kNoBundled);
     }

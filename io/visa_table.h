@@ -56,7 +56,7 @@ struct VisaSeams {
 
 // Either a library or the text of what went wrong.
 struct VisaSelection {
-    std::shared_ptr<const VisaLibrary> library;
+    std::shared_ptr<const VisaLibrary> chosen;
     std::string error;
 };
 

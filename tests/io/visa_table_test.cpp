@@ -77,9 +77,9 @@ TEST_F(VisaTableTest, VirtualResourceTakesTheBundledLibraryWhateverElseThereIs) 
     libraries["libvisa.so.0"] = "";
     for (const char* const resource : {"VIRTUAL::PL7254C::INSTR", "virtual", "Virtual::x::INSTR"}) {
         const VisaSelection selection = Select(resource);
-        ASSERT_NE(selection.library, nullptr) << resource;
-        EXPECT_EQ(selection.library->Name(), "bundled provider");
-        EXPECT_EQ(selection.library->Reason(), "the resource name begins with VIRTUAL");
+        ASSERT_NE(selection.chosen, nullptr) << resource;
+        EXPECT_EQ(selection.chosen->Name(), "bundled provider");
+        EXPECT_EQ(selection.chosen->Reason(), "the resource name begins with VIRTUAL");
     }
     EXPECT_THAT(loads, IsEmpty());
 }
@@ -88,8 +88,8 @@ TEST_F(VisaTableTest, ResourceThatOnlyHoldsTheWordIsNotVirtual) {
     libraries["libvisa.so.0"] = "";
     for (const char* const resource : {"TCPIP::VIRTUAL::INSTR", "VIRTUA", ""}) {
         const VisaSelection selection = Select(resource);
-        ASSERT_NE(selection.library, nullptr) << resource;
-        EXPECT_EQ(selection.library->Name(), "libvisa.so.0");
+        ASSERT_NE(selection.chosen, nullptr) << resource;
+        EXPECT_EQ(selection.chosen->Name(), "libvisa.so.0");
     }
 }
 
@@ -98,13 +98,13 @@ TEST_F(VisaTableTest, EnvironmentNamesTheLibrary) {
     libraries["/opt/libvisa-of-a-maker.so"] = "";
     libraries["libvisa.so.0"] = "";
     const VisaSelection selection = Select("TCPIP::h::INSTR");
-    ASSERT_NE(selection.library, nullptr);
-    EXPECT_EQ(selection.library->Name(), "/opt/libvisa-of-a-maker.so");
-    EXPECT_EQ(selection.library->Reason(),
+    ASSERT_NE(selection.chosen, nullptr);
+    EXPECT_EQ(selection.chosen->Name(), "/opt/libvisa-of-a-maker.so");
+    EXPECT_EQ(selection.chosen->Reason(),
               "the environment variable KESTRION_VISA_LIBRARY names it");
     EXPECT_THAT(loads, ElementsAre("/opt/libvisa-of-a-maker.so"));
     visa::ViSession session = 0;
-    EXPECT_EQ(selection.library->Functions().viOpenDefaultRM(&session), 0);
+    EXPECT_EQ(selection.chosen->Functions().viOpenDefaultRM(&session), 0);
     EXPECT_EQ(session, 4711U);
 }
 
@@ -112,9 +112,9 @@ TEST_F(VisaTableTest, EnvironmentNamesTheBundledLibraryByItsWord) {
     environment = "bundled";
     libraries["libvisa.so.0"] = "";
     const VisaSelection selection = Select("TCPIP::h::INSTR");
-    ASSERT_NE(selection.library, nullptr);
-    EXPECT_EQ(selection.library->Name(), "bundled provider");
-    EXPECT_EQ(selection.library->Reason(),
+    ASSERT_NE(selection.chosen, nullptr);
+    EXPECT_EQ(selection.chosen->Name(), "bundled provider");
+    EXPECT_EQ(selection.chosen->Reason(),
               "the environment variable KESTRION_VISA_LIBRARY names it");
     EXPECT_THAT(loads, IsEmpty());
 }
@@ -123,7 +123,7 @@ TEST_F(VisaTableTest, NamedLibraryThatCannotBeLoadedIsAnErrorWithTheLoadersReaso
     environment = "missing.so";
     libraries["libvisa.so.0"] = "";
     const VisaSelection selection = Select("TCPIP::h::INSTR");
-    EXPECT_EQ(selection.library, nullptr);
+    EXPECT_EQ(selection.chosen, nullptr);
     EXPECT_EQ(selection.error,
               "The VISA library 'missing.so', which KESTRION_VISA_LIBRARY names, can't be used: no "
               "file missing.so. Name another library or 'bundled', or unset the variable.");
@@ -135,7 +135,7 @@ TEST_F(VisaTableTest, NamedLibraryThatLacksAFunctionIsAnErrorForEachFunction) {
     for (const char* const function : kFunctions) {
         libraries["old.so"] = function;
         const VisaSelection selection = Select("TCPIP::h::INSTR");
-        EXPECT_EQ(selection.library, nullptr) << function;
+        EXPECT_EQ(selection.chosen, nullptr) << function;
         EXPECT_THAT(selection.error, HasSubstr(std::string("it lacks ") + function + "."));
     }
 }
@@ -143,9 +143,9 @@ TEST_F(VisaTableTest, NamedLibraryThatLacksAFunctionIsAnErrorForEachFunction) {
 TEST_F(VisaTableTest, InstalledLibrariesAreTriedInTheirOrder) {
     libraries["libvisa.so"] = "";
     const VisaSelection selection = Select("TCPIP::h::INSTR");
-    ASSERT_NE(selection.library, nullptr);
-    EXPECT_EQ(selection.library->Name(), "libvisa.so");
-    EXPECT_EQ(selection.library->Reason(), "it is installed on this system");
+    ASSERT_NE(selection.chosen, nullptr);
+    EXPECT_EQ(selection.chosen->Name(), "libvisa.so");
+    EXPECT_EQ(selection.chosen->Reason(), "it is installed on this system");
     EXPECT_THAT(loads, ElementsAre("libvisa.so.0", "libvisa.so"));
 }
 
@@ -153,16 +153,16 @@ TEST_F(VisaTableTest, InstalledLibraryThatLacksAFunctionIsPassedOver) {
     libraries["libvisa.so.0"] = "viReadSTB";
     libraries["libvisa.so"] = "";
     const VisaSelection selection = Select("TCPIP::h::INSTR");
-    ASSERT_NE(selection.library, nullptr);
-    EXPECT_EQ(selection.library->Name(), "libvisa.so");
+    ASSERT_NE(selection.chosen, nullptr);
+    EXPECT_EQ(selection.chosen->Name(), "libvisa.so");
 }
 
 TEST_F(VisaTableTest, BundledLibraryIsTheLastAndSaysWhatWasTried) {
     libraries["libvisa.so.0"] = "viReadSTB";
     const VisaSelection selection = Select("TCPIP::h::INSTR");
-    ASSERT_NE(selection.library, nullptr);
-    EXPECT_EQ(selection.library->Name(), "bundled provider");
-    EXPECT_EQ(selection.library->Reason(),
+    ASSERT_NE(selection.chosen, nullptr);
+    EXPECT_EQ(selection.chosen->Name(), "bundled provider");
+    EXPECT_EQ(selection.chosen->Reason(),
               "no VISA library is installed on this system (libvisa.so.0: it lacks viReadSTB; "
               "libvisa.so: no file libvisa.so)");
 }
@@ -173,7 +173,7 @@ TEST_F(VisaTableTest, WithoutAnyLibraryTheErrorSaysWhatWasTried) {
               "No VISA library is installed on this system (libvisa.so.0: no file libvisa.so.0; "
               "libvisa.so: no file libvisa.so). This program has no bundled VISA library.");
     EXPECT_EQ(Select("VIRTUAL::x::INSTR").error, "This program has no bundled VISA library.");
-    EXPECT_EQ(Select("VIRTUAL::x::INSTR").library, nullptr);
+    EXPECT_EQ(Select("VIRTUAL::x::INSTR").chosen, nullptr);
 }
 
 TEST_F(VisaTableTest, EmptyVariableIsNoName) {
@@ -183,8 +183,8 @@ TEST_F(VisaTableTest, EmptyVariableIsNoName) {
                               return std::unique_ptr<SharedLibrary>();
                           }};
     const VisaSelection selection = SelectVisaLibrary("TCPIP::h::INSTR", bundled, seams);
-    ASSERT_NE(selection.library, nullptr);
-    EXPECT_EQ(selection.library->Name(), "bundled provider");
+    ASSERT_NE(selection.chosen, nullptr);
+    EXPECT_EQ(selection.chosen->Name(), "bundled provider");
 }
 
 TEST_F(VisaTableTest, SystemSeamsReachTheLoaderAndTheEnvironment) {
