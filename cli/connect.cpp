@@ -56,7 +56,30 @@ std::vector<std::string_view> ResourceParts(std::string_view resource) {
     }
 }
 
-std::string OpenHint(const std::string& resource, const Environment& environment) {
+// The driver found a store and nothing of its own in it, whatever the resource was.
+bool IsStoreWithoutDriver(std::string_view text) {
+    return text.find("Software module could not be loaded") != std::string_view::npos;
+}
+
+std::string StoreHint(const StoreDetails& store) {
+    return fmt::format(
+        "The configuration store {} ({}) has no software module 'Kestrion', which drivers need "
+        "in every store.",
+        store.path, store.reason);
+}
+
+// Why a name without the parts of a resource leads nowhere.
+std::string LogicalNameHint(const std::string& resource, const StoreDetails& store) {
+    const std::string found =
+        store.path.empty() ? "No store is in use" : "The store is " + store.path;
+    return fmt::format(
+        "'{}' is neither a logical name of the configuration store nor a VISA resource such as "
+        "TCPIP::192.168.0.20::INSTR. {}: {}.",
+        resource, found, store.reason);
+}
+
+std::string OpenHint(const std::string& resource, const StoreDetails& store,
+                     const Environment& environment) {
     const std::vector<std::string_view> parts = ResourceParts(resource);
     const std::string link = ToUpper(parts.front());
     if (link.starts_with(kVirtual)) {
@@ -72,10 +95,7 @@ std::string OpenHint(const std::string& resource, const Environment& environment
         return fmt::format("Is the instrument at {} switched on and reachable?", parts[1]);
     }
     if (parts.size() == 1) {
-        return fmt::format(
-            "'{}' is neither a logical name of the configuration store nor a VISA "
-            "resource such as TCPIP::192.168.0.20::INSTR.",
-            resource);
+        return LogicalNameHint(resource, store);
     }
     return "Is the instrument switched on and connected?";
 }
@@ -104,7 +124,11 @@ std::unique_ptr<ScopeClient> Connect(const ConnectionArguments& arguments,
         if (IsOptionValueError(text)) {
             throw Failure(text, "Legal values are true and false, 1 and 0.", failure.ExitCode());
         }
-        throw Failure(Naming(arguments.resource, text), OpenHint(arguments.resource, environment),
+        if (IsStoreWithoutDriver(text)) {
+            throw Failure(text, StoreHint(client->Store()), failure.ExitCode());
+        }
+        throw Failure(Naming(arguments.resource, text),
+                      OpenHint(arguments.resource, client->Store(), environment),
                       failure.ExitCode());
     }
     if (arguments.timeoutMilliseconds) {

@@ -42,6 +42,11 @@ class Report {
     std::vector<Line> lines_;
 };
 
+std::string StoreText(const StoreDetails& store) {
+    const std::string name = store.path.empty() ? "none" : store.path;
+    return store.reason.empty() ? name : fmt::format("{} ({})", name, store.reason);
+}
+
 std::string VisaText(const ConnectionDetails& connection) {
     if (connection.visaLibrary.empty()) {
         return connection.simulated ? "none (simulated, no instrument attached)" : "unknown";
@@ -77,6 +82,7 @@ std::string RunInfo(const InfoArguments& arguments, const Environment& environme
     report.Section("Connection");
     report.Add("Resource", connection.resource);
     report.Add("Logical name", connection.logicalName);
+    report.Add("Configuration store", StoreText(client->Store()));
     report.Add("VISA library", VisaText(connection));
     report.Section("Options in force");
     for (const OptionFlag& option : connection.options) {

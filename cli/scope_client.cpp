@@ -142,6 +142,11 @@ class DriverClient : public ScopeClient {
         return details;
     }
 
+    StoreDetails Store() override {
+        return {Text(*DirectIo(), &IDirectIo::get_ConfigurationStore),
+                Text(*DirectIo(), &IDirectIo::get_ConfigurationStoreReason)};
+    }
+
     std::vector<std::string> SupportedModels() override {
         const std::string list =
             Text(*Identity(), &IIviDriverIdentity::get_SupportedInstrumentModels);

@@ -48,6 +48,14 @@ struct ConnectionDetails {
     std::string visaLibraryReason;
 };
 
+// The configuration store in which logical names are looked up.
+struct StoreDetails {
+    // The file; empty where no store is used.
+    std::string path;
+    // Why that one, or why none.
+    std::string reason;
+};
+
 // An entry of the instrument's error queue; 0 means that the queue is empty.
 struct InstrumentError {
     int code = 0;
@@ -68,6 +76,8 @@ class ScopeClient {
     [[nodiscard]] virtual InstrumentIdentity Instrument() = 0;
     [[nodiscard]] virtual DriverIdentity Driver() = 0;
     [[nodiscard]] virtual ConnectionDetails Connection() = 0;
+    // Of the last Open, also of one that failed.
+    [[nodiscard]] virtual StoreDetails Store() = 0;
     [[nodiscard]] virtual std::vector<std::string> SupportedModels() = 0;
 
     [[nodiscard]] virtual bool IsOn(Source source) = 0;

@@ -55,4 +55,14 @@ HRESULT get_VisaLibraryReason(MemberCall& call, BSTR* val) {
     return S_OK;
 }
 
+HRESULT get_ConfigurationStore(MemberCall& call, BSTR* val) {
+    *val = MakeBstr(call.Driver().Settings().GetStoreReport().path);
+    return S_OK;
+}
+
+HRESULT get_ConfigurationStoreReason(MemberCall& call, BSTR* val) {
+    *val = MakeBstr(call.Driver().Settings().GetStoreReport().reason);
+    return S_OK;
+}
+
 }  // namespace kestrion::hooks::IDirectIo

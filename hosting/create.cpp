@@ -6,6 +6,7 @@
 #include "hosting/bundled_visa.h"
 #include "hosting/objects.h"
 #include "kestrion/kestrion.h"
+#include "store/store_location.h"
 
 namespace kestrion {
 
@@ -14,6 +15,7 @@ DriverEnvironment SystemEnvironment() {
         .makeRepCap = MakeRepCap,
         .chooseVisa =
             [](std::string_view resource) { return SelectVisaLibrary(resource, GetBundledVisa()); },
+        .openStore = [] { return OpenConfigurationStore(); },
         .clock = &SystemClock()};
 }
 

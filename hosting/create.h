@@ -6,7 +6,8 @@
 
 namespace kestrion {
 
-// What a driver in a program is made of: the system's clock, and VISA as the machine has it.
+// What a driver in a program is made of: the system's clock, and VISA and the configuration store
+// as the machine has them.
 [[nodiscard]] DriverEnvironment SystemEnvironment();
 
 // A root over `environment`, with one count for the caller. E_POINTER, E_OUTOFMEMORY.

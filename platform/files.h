@@ -1,5 +1,5 @@
-// Files for code that writes them, and the few questions about paths that go with it. Paths are
-// UTF-8, in the system's own notation.
+// Files for code that writes them or reads a whole one, and the few questions about paths that go
+// with it. Paths are UTF-8, in the system's own notation.
 #pragma once
 
 #include <cstdint>
@@ -26,6 +26,13 @@ class OutputFile {
 
 // Opens a file that others may read meanwhile, in place of one that was there.
 [[nodiscard]] HRESULT CreateOutputFile(const std::string& path, std::unique_ptr<OutputFile>& file);
+
+// Reads a whole file of at most `limit` bytes into `content`. Folders, pipes and devices are no
+// files here, so that this neither waits nor goes on for ever. A failure leaves `content` alone,
+// says why in `reason`, as in "permission denied", and has a status as above: 0x80070003 where
+// there is no such file, 0x800700DF for one beyond the limit.
+[[nodiscard]] HRESULT ReadWholeFile(const std::string& path, std::uint64_t limit,
+                                    std::string& content, std::string& reason);
 
 // Whether there is something to read at `path` that isn't a folder.
 [[nodiscard]] bool FileExists(const std::string& path);

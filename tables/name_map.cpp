@@ -24,9 +24,9 @@ void NameMap::AddVirtualName(std::string_view virtualName, std::string_view mapp
     reverseVirtualNames_.Set(ToLowerAscii(mappedName), std::string(virtualName));
 }
 
-void NameMap::AddQualifiedName(std::string_view capability, std::string_view physicalName,
-                               std::string_view name) {
-    physicalNames_.Set(Qualify(capability, physicalName), std::string(name));
+void NameMap::AddPhysicalName(std::string_view capability, std::string_view physicalName,
+                              std::string_view qualifiedName) {
+    physicalNames_.Set(Qualify(capability, physicalName), std::string(qualifiedName));
 }
 
 void NameMap::Clear() {
@@ -39,7 +39,7 @@ void NameMap::ClearVirtualNames() {
     reverseVirtualNames_.Clear();
 }
 
-std::string NameMap::VirtualToPhysical(std::string_view name) const {
+std::string NameMap::GetPhysicalName(std::string_view name) const {
     std::string physical = FindOr(virtualNames_, ToLowerAscii(name), name);
     if (const auto at = physical.find(kQualifier); at != std::string::npos) {
         physical.erase(0, at + kQualifier.size());
@@ -47,12 +47,12 @@ std::string NameMap::VirtualToPhysical(std::string_view name) const {
     return physical;
 }
 
-std::string NameMap::PhysicalToVirtual(std::string_view name) const {
+std::string NameMap::GetVirtualName(std::string_view name) const {
     return FindOr(reverseVirtualNames_, ToLowerAscii(name), name);
 }
 
-std::string NameMap::QualifiedVirtualName(std::string_view capability,
-                                          std::string_view physicalName) const {
+std::string NameMap::GetQualifiedPhysicalName(std::string_view capability,
+                                              std::string_view physicalName) const {
     return FindOr(physicalNames_, Qualify(capability, physicalName), physicalName);
 }
 

@@ -7,6 +7,9 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
+
+#include "platform/text.h"
 
 namespace kestrion {
 namespace {
@@ -86,7 +89,80 @@ class DescriptorFile final : public OutputFile {
     int descriptor_;
 };
 
+// Closes a descriptor that was opened for reading.
+class ReadDescriptor {
+  public:
+    explicit ReadDescriptor(int descriptor) : descriptor_(descriptor) {}
+    ReadDescriptor(const ReadDescriptor&) = delete;
+    ReadDescriptor& operator=(const ReadDescriptor&) = delete;
+    ~ReadDescriptor() {
+        if (descriptor_ >= 0) {
+            ::close(descriptor_);
+        }
+    }
+    [[nodiscard]] int Get() const { return descriptor_; }
+
+  private:
+    int descriptor_;
+};
+
+// The last error as a status, with its words as they stand within a sentence.
+HRESULT LastStatus(std::string& reason) {
+    const int error = errno;
+    reason = std::generic_category().message(error);
+    if (!reason.empty()) {
+        reason.front() = ToLowerAscii(reason.front());
+    }
+    return StatusOf(error);
+}
+
+HRESULT TooLarge(std::uint64_t limit, std::string& reason) {
+    reason = "it is larger than " + std::to_string(limit) + " bytes";
+    return StatusOf(EFBIG);
+}
+
 }  // namespace
+
+HRESULT ReadWholeFile(const std::string& path, std::uint64_t limit, std::string& content,
+                      std::string& reason) {
+    // A pipe without a writer must not hold the caller up.
+    const ReadDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat found {};
+    if (file.Get() < 0 || ::fstat(file.Get(), &found) != 0) {
+        return LastStatus(reason);
+    }
+    if (!S_ISREG(found.st_mode)) {
+        reason = S_ISDIR(found.st_mode) ? "it is a folder" : "it is no regular file";
+        return StatusOf(EISDIR);
+    }
+    if (static_cast<std::uint64_t>(found.st_size) > limit) {
+        return TooLarge(limit, reason);
+    }
+    std::string read;
+    // The file may grow meanwhile, so that its size is only a guess; one byte more finds its end.
+    read.resize(static_cast<std::size_t>(found.st_size) + 1);
+    for (std::size_t length = 0;;) {
+        const ssize_t count = ::read(file.Get(), read.data() + length, read.size() - length);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            return LastStatus(reason);
+        }
+        length += static_cast<std::size_t>(count);
+        if (length > limit) {
+            return TooLarge(limit, reason);
+        }
+        if (count == 0) {
+            read.resize(length);
+            content = std::move(read);
+            return S_OK;
+        }
+        if (length == read.size()) {
+            read.resize(length * 2);
+        }
+    }
+}
 
 HRESULT CreateOutputFile(const std::string& path, std::unique_ptr<OutputFile>& file) {
     constexpr mode_t kReadableByAll = 0666;

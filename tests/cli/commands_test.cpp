@@ -14,26 +14,27 @@ TEST(InfoCommand, PrintsAlignedText) {
     EXPECT_EQ(run.Run({"info"}), 0);
     EXPECT_EQ(run.Out(),
               "Instrument\n"
-              "  Manufacturer   Kestrion Instruments\n"
-              "  Model          PL7254C\n"
-              "  Serial number  V000042\n"
-              "  Firmware       1.2.3\n"
-              "  Family         Plover Series\n"
+              "  Manufacturer         Kestrion Instruments\n"
+              "  Model                PL7254C\n"
+              "  Serial number        V000042\n"
+              "  Firmware             1.2.3\n"
+              "  Family               Plover Series\n"
               "Driver\n"
-              "  Description    IVI driver for Kestrion Instruments oscilloscopes "
+              "  Description          IVI driver for Kestrion Instruments oscilloscopes "
               "[Compiled for 64-bit.]\n"
-              "  Identifier     Kestrion\n"
-              "  Revision       3.9.0.0\n"
-              "  Vendor         Kestrion Instruments\n"
-              "  Specification  IviScope 3.0\n"
+              "  Identifier           Kestrion\n"
+              "  Revision             3.9.0.0\n"
+              "  Vendor               Kestrion Instruments\n"
+              "  Specification        IviScope 3.0\n"
               "Connection\n"
-              "  Resource       VIRTUAL::PL7254C::INSTR\n"
-              "  Logical name   none\n"
-              "  VISA library   bundled (the resource is virtual)\n"
+              "  Resource             VIRTUAL::PL7254C::INSTR\n"
+              "  Logical name         none\n"
+              "  Configuration store  none (there is none here)\n"
+              "  VISA library         bundled (the resource is virtual)\n"
               "Options in force\n"
-              "  Cache          on\n"
-              "  Simulate       off\n"
-              "  Driver setup   none\n");
+              "  Cache                on\n"
+              "  Simulate             off\n"
+              "  Driver setup         none\n");
     EXPECT_EQ(run.Err(), "");
     EXPECT_THAT(run.instrument.calls,
                 ElementsAre("Open VIRTUAL::PL7254C::INSTR []", "Instrument", "Close"));
@@ -42,8 +43,17 @@ TEST(InfoCommand, PrintsAlignedText) {
 TEST(InfoCommand, SimulationHasNoVisaLibraryAndNoSerialNumber) {
     FakeRun run;
     EXPECT_EQ(run.Run({"info", "--options", "simulate=true"}), 0);
-    EXPECT_THAT(run.Out(), HasSubstr("VISA library   none (simulated, no instrument attached)\n"));
-    EXPECT_THAT(run.Out(), HasSubstr("Serial number  none\n"));
+    EXPECT_THAT(run.Out(),
+                HasSubstr("VISA library         none (simulated, no instrument attached)\n"));
+    EXPECT_THAT(run.Out(), HasSubstr("Serial number        none\n"));
+}
+
+TEST(InfoCommand, TellsTheStoreThatIsInUse) {
+    FakeRun run;
+    run.instrument.store = {.path = "/etc/store.xml", .reason = "a test put it there"};
+    EXPECT_EQ(run.Run({"info"}), 0);
+    EXPECT_THAT(run.Out(),
+                HasSubstr("  Configuration store  /etc/store.xml (a test put it there)\n"));
 }
 
 TEST(InfoCommand, SetsTheTimeoutAfterOpening) {
@@ -179,7 +189,34 @@ TEST(Connecting, OtherLinksHaveTheirHints) {
     EXPECT_EQ(hintFor("MyScope"),
               "kestrion: no\nResource = MyScope\n"
               "hint: 'MyScope' is neither a logical name of the configuration store nor a VISA "
-              "resource such as TCPIP::192.168.0.20::INSTR.\n");
+              "resource such as TCPIP::192.168.0.20::INSTR. No store is in use: there is none "
+              "here.\n");
+}
+
+TEST(Connecting, AnUnknownLogicalNameIsToldWithItsStore) {
+    FakeRun run;
+    run.instrument.failures["Open"] = "no";
+    run.instrument.store = {.path = "/etc/store.xml", .reason = "a test put it there"};
+    EXPECT_EQ(run.Run({"info", "--resource", "YourScope"}), 1);
+    EXPECT_EQ(run.Err(),
+              "kestrion: no\nResource = YourScope\n"
+              "hint: 'YourScope' is neither a logical name of the configuration store nor a VISA "
+              "resource such as TCPIP::192.168.0.20::INSTR. The store is /etc/store.xml: a test "
+              "put it there.\n");
+}
+
+TEST(Connecting, AStoreWithoutTheDriverIsTold) {
+    FakeRun run;
+    run.instrument.failures["Open"] =
+        "Unrecoverable failure.\n"
+        "Software module could not be loaded from the IVI Configuration Store.";
+    run.instrument.store = {.path = "/etc/store.xml", .reason = "a test put it there"};
+    EXPECT_EQ(run.Run({"info"}), 1);
+    EXPECT_EQ(run.Err(),
+              "kestrion: Unrecoverable failure.\n"
+              "Software module could not be loaded from the IVI Configuration Store.\n"
+              "hint: The configuration store /etc/store.xml (a test put it there) has no software "
+              "module 'Kestrion', which drivers need in every store.\n");
 }
 
 TEST(Connecting, AnUnknownVirtualModelIsToldWithItsNeighbours) {

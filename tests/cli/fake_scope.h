@@ -26,6 +26,7 @@ struct FakeInstrument {
     std::set<std::string> sourcesOn{"CH1"};
     // The resource that the driver reports; the one given to Open where it is empty.
     std::string resourceInForce;
+    StoreDetails store{.path = "", .reason = "there is none here"};
     std::map<std::string, Waveform> waveforms;
     std::map<std::string, std::string> responses;
     // Polls that still find the acquisition running.
@@ -71,6 +72,7 @@ class FakeScope : public ScopeClient {
         }
         return details;
     }
+    StoreDetails Store() override { return fake_.store; }
     std::vector<std::string> SupportedModels() override {
         Note("SupportedModels");
         return fake_.models;

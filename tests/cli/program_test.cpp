@@ -4,7 +4,9 @@
 #include <sys/socket.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
 
 #include "cli/ascii.h"
 #include "tests/cli/process.h"
@@ -120,6 +122,89 @@ TEST(Program, SimulationNeedsNoInstrument) {
     EXPECT_THAT(result.out, HasSubstr("MR5104B\n"));
     EXPECT_THAT(result.out, HasSubstr("Sim3.9.0.0\n"));
     EXPECT_THAT(result.out, HasSubstr("none (simulated, no instrument attached)\n"));
+}
+
+// Names the store for the programs that a test runs.
+class StoreVariable {
+  public:
+    explicit StoreVariable(const std::string& path) {
+        if (const char* before = getenv(kName); before != nullptr) {
+            before_ = before;
+        }
+        EXPECT_EQ(setenv(kName, path.c_str(), 1), 0);
+    }
+    StoreVariable(const StoreVariable&) = delete;
+    StoreVariable& operator=(const StoreVariable&) = delete;
+    ~StoreVariable() { EXPECT_EQ(setenv(kName, before_.c_str(), 1), 0); }
+
+  private:
+    static constexpr const char* kName = "IVI_CONFIGURATION_STORE";
+    // An empty variable is as good as none.
+    std::string before_;
+};
+
+TEST(ProgramWithAStore, InfoGoesThroughALogicalName) {
+    const StoreVariable variable(KESTRION_SAMPLE_STORE);
+    const ProcessResult result = Kestrion({"info", "--resource", "MyScope"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.err, "");
+    for (const char* line :
+         {"  Model                    PL7254C\n",
+          "  Resource                 VIRTUAL::PL7254C::INSTR\n",
+          "  Logical name             MyScope\n",
+          "  Configuration store      " KESTRION_SAMPLE_STORE
+          " (the environment variable IVI_CONFIGURATION_STORE names it)\n",
+          "  Cache                    off\n", "  Query instrument status  on\n",
+          "  Range check              off\n", "  Record coercions         on\n",
+          "  Simulate                 off\n", "  Driver setup             Shape=Round\n"}) {
+        EXPECT_THAT(result.out, HasSubstr(line));
+    }
+}
+
+TEST(ProgramWithAStore, OptionsOverrideTheSession) {
+    const StoreVariable variable(KESTRION_SAMPLE_STORE);
+    const ProcessResult result =
+        Kestrion({"info", "--resource", "MyScope", "--options", "simulate=true,cache=true"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr("  Model                    PL7054\n"))
+        << "the initial setting of the session";
+    EXPECT_THAT(result.out, HasSubstr("  Cache                    on\n"));
+    EXPECT_THAT(result.out, HasSubstr("  Simulate                 on\n"));
+}
+
+TEST(ProgramWithAStore, ADescriptorStillLeadsToItsInstrument) {
+    const StoreVariable variable(KESTRION_SAMPLE_STORE);
+    const ProcessResult result = Kestrion({"info", "--resource", "VIRTUAL::HR5104::INSTR"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr("  Model                    HR5104\n"));
+    EXPECT_THAT(result.out, HasSubstr("  Logical name             none\n"));
+}
+
+TEST(ProgramWithAStore, ABrokenStoreIsToldAndOtherwiseAsNone) {
+    const TemporaryFolder folder;
+    const std::string path = folder.File("store.xml").string();
+    std::ofstream(path) << "<IviConfigStore>\n<Name></Vendor>\n";
+    const StoreVariable variable(path);
+    const std::string trouble =
+        "'" + path + "' can't be used: line 2 is not well-formed XML: Start-end tags mismatch";
+    const ProcessResult info = Kestrion({"info"});
+    EXPECT_EQ(info.exitCode, 0) << info.err;
+    EXPECT_THAT(info.out, HasSubstr("  Configuration store      none (" + trouble + ")\n"));
+    const ProcessResult failing = Kestrion({"info", "--resource", "MyScope"});
+    EXPECT_EQ(failing.exitCode, 1);
+    EXPECT_EQ(failing.out, "");
+    EXPECT_THAT(failing.err, HasSubstr("\nConfiguration store: " + trouble + ".\n"));
+    EXPECT_THAT(failing.err, HasSubstr("hint: 'MyScope' is neither a logical name"));
+}
+
+TEST(ProgramWithAStore, AnUnknownLogicalNameIsNoResource) {
+    const StoreVariable variable(KESTRION_SAMPLE_STORE);
+    const ProcessResult result = Kestrion({"info", "--resource", "YourScope"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, HasSubstr("hint: 'YourScope' is neither a logical name of the "
+                                      "configuration store nor a VISA resource"));
+    EXPECT_THAT(result.err, HasSubstr("The store is " KESTRION_SAMPLE_STORE ": "));
 }
 
 TEST(Program, CaptureWritesTheSamePointsToEveryFile) {

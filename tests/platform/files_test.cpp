@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -81,6 +82,52 @@ TEST_F(FilesTest, AFileExistsAndAFolderIsNone) {
     EXPECT_FALSE(FileExists(folder_ + "/b"));
     EXPECT_FALSE(FileExists(folder_));
     EXPECT_FALSE(FileExists(""));
+}
+
+TEST_F(FilesTest, ReadsAWholeFile) {
+    const std::string bytes("one\r\n\0two\xFF", 10);
+    std::ofstream(folder_ + "/a", std::ios::binary) << bytes;
+    std::string content;
+    std::string reason;
+    EXPECT_EQ(ReadWholeFile(folder_ + "/a", 10, content, reason), S_OK);
+    EXPECT_EQ(content, bytes);
+    std::ofstream(folder_ + "/empty") << "";
+    EXPECT_EQ(ReadWholeFile(folder_ + "/empty", 10, content, reason), S_OK);
+    EXPECT_EQ(content, "");
+    EXPECT_EQ(reason, "");
+}
+
+TEST_F(FilesTest, AFileBeyondTheLimitIsNotRead) {
+    std::ofstream(folder_ + "/a") << "12345678901";
+    std::string content = "as it was";
+    std::string reason;
+    EXPECT_EQ(ReadWholeFile(folder_ + "/a", 10, content, reason), static_cast<HRESULT>(0x800700DF));
+    EXPECT_EQ(reason, "it is larger than 10 bytes");
+    EXPECT_EQ(content, "as it was");
+}
+
+TEST_F(FilesTest, AFileThatTellsNoSizeIsReadToItsEnd) {
+    std::string content;
+    std::string reason;
+    EXPECT_EQ(ReadWholeFile("/proc/self/stat", 100000, content, reason), S_OK);
+    EXPECT_GT(content.size(), 10U);
+    EXPECT_EQ(ReadWholeFile("/proc/self/stat", 10, content, reason),
+              static_cast<HRESULT>(0x800700DF));
+}
+
+TEST_F(FilesTest, WhatIsNoFileIsNotReadAndSaysSo) {
+    std::string content;
+    std::string reason;
+    EXPECT_EQ(ReadWholeFile(folder_ + "/none", 10, content, reason),
+              static_cast<HRESULT>(0x80070003));
+    EXPECT_EQ(reason, "no such file or directory");
+    EXPECT_EQ(ReadWholeFile(folder_, 10, content, reason), static_cast<HRESULT>(0x80070005));
+    EXPECT_EQ(reason, "it is a folder");
+    EXPECT_EQ(ReadWholeFile("/dev/zero", 10, content, reason), static_cast<HRESULT>(0x80070005));
+    EXPECT_EQ(reason, "it is no regular file");
+    const std::string pipe = folder_ + "/pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(ReadWholeFile(pipe, 10, content, reason), static_cast<HRESULT>(0x80070005));
 }
 
 TEST(PathTest, TheCurrentDirectoryIsAbsolute) {
