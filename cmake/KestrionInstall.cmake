@@ -1,4 +1,4 @@
-# What `cmake --install` gives: the public headers, the library and the programs.
+# What `cmake --install` gives: the public headers, the library, the programs and the shared files.
 
 install(DIRECTORY "${CMAKE_SOURCE_DIR}/include/kestrion"
                   "${CMAKE_SOURCE_DIR}/platform/include/kestrion"
@@ -10,3 +10,6 @@ foreach(target IN ITEMS kestrion_driver kestrion_cli kestrion-scope)
         install(TARGETS ${target})
     endif()
 endforeach()
+# Where core/shared_folder.cpp looks from the installed library.
+install(FILES "${CMAKE_SOURCE_DIR}/data/trace.xslt"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/kestrion")

@@ -2,6 +2,7 @@
 // arguments in and out, the status and how long it took.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -17,15 +18,15 @@ namespace kestrion {
 // call returns; the thread's error object is left as it is.
 class CMethodTrace {
   public:
-    // `writer` may be null. What the others refer to has to outlive the guard; `status` and the out
-    // arguments are read when it goes.
+    // `writer` may be null. Of the records, the first kMaxParameters are written. What the others
+    // refer to has to outlive the guard; `status` and the out arguments are read when it goes.
     CMethodTrace(TraceWriter* writer, std::string_view interfaceName, std::string_view memberName,
                  const HRESULT* status, std::span<const ParameterRecord> parameters)
         : writer_(writer),
           interfaceName_(interfaceName),
           memberName_(memberName),
           status_(status),
-          parameters_(parameters) {
+          parameters_(parameters.first(std::min(parameters.size(), kMaxParameters))) {
         if (writer_ != nullptr && writer_->RunState() == TraceRunState::kRunning) {
             Begin();
         }

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "core/shared_folder.h"
 #include "platform/text.h"
 
 namespace kestrion {
@@ -30,7 +31,7 @@ class SystemHost final : public TraceHost {
         return static_cast<std::uint64_t>(Period::den / Period::num);
     }
     std::string CurrentDirectory() const override { return kestrion::CurrentDirectory(); }
-    std::string SharedFolder() const override { return {}; }
+    std::string SharedFolder() const override { return kestrion::SharedFolder(kDefaultTransform); }
     bool FileExists(const std::string& path) const override { return kestrion::FileExists(path); }
     HRESULT CreateOutputFile(const std::string& path,
                              std::unique_ptr<OutputFile>& file) const override {
@@ -110,6 +111,7 @@ HRESULT TraceWriter::SetEnabled(bool value) {
 HRESULT TraceWriter::Start() {
     const std::unique_lock guard = Lock();
     if (RunState() != TraceRunState::kStopped) {
+        closing = true;
         return E_UNEXPECTED;
     }
     // A file may be left of a trace that an option has switched off.

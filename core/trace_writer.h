@@ -65,7 +65,7 @@ class TraceWriter {
     std::atomic<bool> traceArrays{false};        // whether elements of arrays are written,
     std::atomic<std::int32_t> arraySizeMax{10};  // and how many
     std::atomic<std::int32_t> saveInterval{1};   // minutes
-    // Set while the driver closes: the record that ends next is the last one.
+    // The record that ends next is the last one of the file; set while the driver closes.
     std::atomic<bool> closing{false};
 
     // The option for `enabled`. Switching off what is on stops a running trace; E_UNEXPECTED when
@@ -79,8 +79,9 @@ class TraceWriter {
     [[nodiscard]] std::int64_t StartTime() const { return startTime_; }
     [[nodiscard]] std::int64_t LastSaveTime() const { return lastSaveTime_; }
 
-    // Opens the file and begins the document. E_UNEXPECTED unless stopped; otherwise the system's
-    // status when the file can't be opened or begun.
+    // Opens the file and begins the document. The system's status when the file can't be opened or
+    // begun. E_UNEXPECTED unless stopped: the file is then one that a failed start-up has left, and
+    // the record that ends next is its last one, so that the start after this one succeeds.
     [[nodiscard]] HRESULT Start();
     // Ends the document and closes the file, if there is one; the writer is stopped then.
     HRESULT Stop();
