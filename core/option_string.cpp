@@ -91,7 +91,7 @@ std::optional<bool> ParseBoolean(std::string_view value) {
 
 std::int32_t ParseInteger(std::string_view value) {
     value = Trim(value);
-    if (!value.empty() && value.front() == '+') {
+    if (value.starts_with('+') && !value.starts_with("+-")) {
         value.remove_prefix(1);
     }
     std::int32_t number = 0;

@@ -203,7 +203,10 @@ HRESULT ParseConversion(std::string_view piece, FormatDirection direction,
 }
 
 void ResolveWriteArguments(FormatConversion& conversion, ArgCursor& args) {
-    if (conversion.width.source == NumberSource::kArguments) {
+    const bool isBlock = std::string_view("bBy").find(conversion.letter) != std::string_view::npos;
+    if (conversion.width.source == NumberSource::kArguments && isBlock) {
+        conversion.width.value = TakeInt32(args);  // a count
+    } else if (conversion.width.source == NumberSource::kArguments) {
         const std::int64_t width = TakeInt32(args);
         conversion.leftAlign = conversion.leftAlign || width < 0;
         conversion.width.value = std::abs(width);

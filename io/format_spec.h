@@ -63,7 +63,7 @@ struct FormatConversion {
                                       FormatConversion& conversion);
 
 // Takes the arguments of `*` in their order. A negative width is its size with the flag `-`, a
-// negative precision is none; a negative count stays negative.
+// negative precision is none; a negative count stays negative, that of a block too.
 void ResolveWriteArguments(FormatConversion& conversion, ArgCursor& args);
 
 // Takes the arguments of `#` in their order: pointers to 32-bit counts, null is E_INVALIDARG.

@@ -106,8 +106,24 @@ bool ParseNumber(std::string_view digits, std::int32_t& number) {
     return result.ec == std::errc();
 }
 
-// Adds the names of a range; `room` is how many there may be, and is counted down.
-std::int32_t ExpandRange(const Item& item, Names& names, std::size_t& room) {
+// What the names of ranges may still take. Counted down.
+struct Room {
+    std::size_t names = CRepCapSelector::kMaxSelectors;
+    std::size_t characters = CRepCapSelector::kMaxCharacters;
+
+    // Takes the room for `count` names of at most `length` characters; false if it isn't there.
+    bool Take(std::size_t count, std::size_t length) {
+        if (count > names || length > characters / count) {
+            return false;
+        }
+        names -= count;
+        characters -= count * length;
+        return true;
+    }
+};
+
+// Adds the names of a range as far as there is room.
+std::int32_t ExpandRange(const Item& item, Names& names, Room& room) {
     if (!item.lastPrefix.empty() && !item.lastPrefix.starts_with(item.firstPrefix)) {
         return CRepCapSelector::kBadRange;
     }
@@ -118,10 +134,9 @@ std::int32_t ExpandRange(const Item& item, Names& names, std::size_t& room) {
         return CRepCapSelector::kBadRange;
     }
     const auto count = static_cast<std::size_t>(last - first) + 1;
-    if (count > room) {
+    if (!room.Take(count, item.firstPrefix.size() + std::to_string(last).size())) {
         return CRepCapSelector::kBadRange;
     }
-    room -= count;
     for (std::size_t i = 0; i < count; ++i) {
         const auto number = static_cast<std::size_t>(first) + i;
         names.push_back(std::string(item.firstPrefix).append(std::to_string(number)));
@@ -158,10 +173,17 @@ class Parser {
     // All combinations of one name from each level, the last level changing fastest.
     std::int32_t MultiplyOut(std::vector<CRepCapSelector::Path>& selectors) const {
         std::vector<CRepCapSelector::Path> all;
+        std::size_t names = 0;
+        std::size_t characters = 0;
         for (const Levels& levels : results_) {
             const std::size_t count = CountCombinations(levels);
-            if (count > CRepCapSelector::kMaxNames / levels.size() ||
-                count + all.size() > CRepCapSelector::kMaxSelectors) {
+            if (count > CRepCapSelector::kMaxSelectors - all.size()) {
+                return CRepCapSelector::kBadRange;
+            }
+            names += count * levels.size();
+            characters += CountCharacters(levels, count);
+            if (names > CRepCapSelector::kMaxNames ||
+                characters > CRepCapSelector::kMaxCharacters) {
                 return CRepCapSelector::kBadRange;
             }
             for (std::size_t i = 0; i < count; ++i) {
@@ -247,6 +269,19 @@ class Parser {
         return count;
     }
 
+    // The characters of all names of `count` combinations: each name of a level stands in as many.
+    static std::size_t CountCharacters(const Levels& levels, std::size_t count) {
+        std::size_t characters = 0;
+        for (const Names& names : levels) {
+            std::size_t level = 0;
+            for (const std::string& name : names) {
+                level += name.size();
+            }
+            characters += level * (count / names.size());
+        }
+        return characters;
+    }
+
     static CRepCapSelector::Path Combination(const Levels& levels, std::size_t number) {
         CRepCapSelector::Path path(levels.size());
         for (std::size_t i = levels.size(); i-- > 0;) {
@@ -271,7 +306,7 @@ class Parser {
     }
 
     bool allowRanges_;
-    std::size_t room_ = CRepCapSelector::kMaxSelectors;
+    Room room_;
     std::vector<Levels> results_;
     Levels levels_;
 };

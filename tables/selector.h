@@ -22,9 +22,11 @@ class CRepCapSelector {
     static constexpr std::int32_t kBadLevelCount = static_cast<std::int32_t>(0xBFFA0063U);
 
     // Far more than there are instances: a text that stands for more selectors, or for more names
-    // in all of them together, has a bad range instead of filling the memory.
+    // or characters of names in all of them together, has a bad range instead of filling the
+    // memory.
     static constexpr std::size_t kMaxSelectors = 65536;
     static constexpr std::size_t kMaxNames = 1048576;
+    static constexpr std::size_t kMaxCharacters = 16777216;
 
     // One name for each level.
     using Path = std::vector<std::string>;

@@ -107,5 +107,12 @@ TEST(OptionString, NumbersEndAtTheFirstOtherCharacter) {
     EXPECT_EQ(ParseInteger(""), 0);
 }
 
+TEST(OptionString, ANumberHasOneSignAtMost) {
+    EXPECT_EQ(ParseInteger("+-5"), 0);
+    EXPECT_EQ(ParseInteger("-+5"), 0);
+    EXPECT_EQ(ParseInteger("++5"), 0);
+    EXPECT_EQ(ParseInteger("--5"), 0);
+}
+
 }  // namespace
 }  // namespace kestrion

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <optional>
 #include <ostream>
 #include <random>
@@ -10,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/io/format_pattern_oracle.h"
+#include "tests/io/format_patterns.h"
 
 namespace kestrion {
 
@@ -20,41 +19,6 @@ void PrintTo(const FormatSpec& spec, std::ostream* out) {
 }
 
 namespace {
-
-constexpr std::array<std::string_view, 13> kWritePatterns = {
-    R"([^%]+|(%%))",
-    R"(%\b*[-+0 ]*((@1)|(@2)|(@3)|(@H)|(@Q)|(@B)\b*)?(\z|(0*\*)\b*)?(\.\z|\*\b*)?[lhbI]?[dioux])",
-    R"(%\b*[-+0 ]*((@1)|(@2)|(@3)|(@H)|(@Q)|(@B)\b*)?(\z|(0*\*)\b*)?(\.\z|\*\b*)?,|(\([,;:strn]\))\b*(\z|\*\b*)?(\$S\b*)?[lhbI]?[dioux])",
-    R"(%\b*[-+0 ]*((@1)|(@2)|(@3)|(@H)|(@Q)|(@B)\b*)?(\z|(0*\*)\b*)?(\.\z|\*\b*)?[lL]?[feEgG])",
-    R"(%\b*[-+0 ]*((@1)|(@2)|(@3)|(@H)|(@Q)|(@B)\b*)?(\z|(0*\*)\b*)?(\.\z|\*\b*)?,|(\([,;:strn]\))\b*(\z|\*\b*)?(\$S\b*)?[lL]?[feEgG])",
-    R"(%\b*(\z|\*\b*)?(\$S\b*)?[hlzZI]?b)",
-    R"(%\b*(\z|\*\b*)?(\$S\b*)?[hlzZI]?B)",
-    R"(%\b*(\z|\*\b*)?((\!ob)|(\!ol)\b*)?(\$S\b*)?[hlI]?y)",
-    R"(%\b*-?\b*(\z|\*\b*)?(\.(\z|\*)\b*)?c)",
-    R"(%\b*-?\b*(\z|\*\b*)?(\.(\z|\*)\b*)?(\$B|C\b*)?[qQ]?s)",
-    R"(%\b*-?\b*(\z|\*\b*)?(\.(\z|\*)\b*)?,|(\([,;:strn]\))\b*(\z|\*\b*)?(\$S\b*)?(\$B|C\b*)?[qQ]?s)",
-    R"(%\b*\{\b*[a-zA-Z0-9_]+\b*\}\b*-?\b*(\z|\*\b*)?(\.(\z|\*)\b*)?[qQ]?s)",
-    R"(%\b*\{\b*[a-zA-Z0-9_]+\b*\}\b*-?\b*(\z|\*\b*)?(\.(\z|\*)\b*)?,|(\([,;:strn]\))\b*(\z|\*\b*)?(\$S\b*)?[qQ]?s)",
-};
-
-constexpr std::array<std::string_view, 16> kReadPatterns = {
-    R"([^%]+|(%%))",
-    R"(%\b*(\*\b*)?((@1)|(@2)|(@3)|(@H)|(@Q)|(@B)\b*)?(\z|#\b*)?[lhbI]?[dioux])",
-    R"(%\b*(\*\b*)?((@1)|(@2)|(@3)|(@H)|(@Q)|(@B)\b*)?(\z|#\b*)?,|(\([,;:strn]+\))\b*(\z|#\b*)?(\$S\b*)?[lhbI]?[dioux])",
-    R"(%\b*(\*\b*)?((@1)|(@2)|(@3)|(@H)|(@Q)|(@B)\b*)?(\z|#\b*)?[lL]?[feEgG])",
-    R"(%\b*(\*\b*)?((@1)|(@2)|(@3)|(@H)|(@Q)|(@B)\b*)?(\z|#\b*)?,|(\([,;:strn]+\))\b*(\z|#\b*)?(\$S\b*)?[lL]?[feEgG])",
-    R"(%\b*(\*\b*)?(\z|#\b*)?(\$S\b*)?[hlzZI]?b)",
-    R"(%\b*(\*\b*)?(\z|#\b*)?((\!ob)|(\!ol)\b*)?(\$S\b*)?[hlI]?y)",
-    R"(%\b*(\*\b*)?(\z|#\b*)?c)",
-    R"(%\b*(\*\b*)?(\z|#\b*)?(\$B|C\b*)?T)",
-    R"(%\b*(\*\b*)?(\z|#\b*)?(\$B|C\b*)?t)",
-    R"(%\b*(\*\b*)?(\z|#\b*)?(\$B|C\b*)?s)",
-    R"(%\b*(\*\b*)?(\z|#\b*)?(\$B|C\b*)?\[(\^)?[^\]]*\])",
-    R"(%\b*(\*\b*)?(\z|#\b*)?,|(\([,;:strn]+\))\b*(\z|#\b*)?(\$S\b*)?(\$B|C\b*)?[qQ]?s)",
-    R"(%\b*\{\b*[a-zA-Z0-9_]+\b*\}\b*(\*\b*)?(\z|#\b*)?[qQ]?s)",
-    R"(%\b*\{\b*[a-zA-Z0-9_]+\b*\}\b*(\*\b*)?(\z|#\b*)?\[(\^)?[^\]]*\])",
-    R"(%\b*\{\b*[a-zA-Z0-9_]+\b*\}\b*(\*\b*)?(\z|#\b*)?,|(\([,;:strn]+\))\b*(\z|#\b*)?(\$S\b*)?[qQ]?s)",
-};
 
 using Pieces = std::vector<FormatSpec>;
 
@@ -230,37 +194,6 @@ TEST(FormatGrammar, LongFormatsGrowBeyondTheInlinePieces) {
 // The published patterns, matched slowly, against the scanner
 // ---------------------------------------
 
-class Oracle {
-  public:
-    explicit Oracle(std::span<const std::string_view> patterns) {
-        for (const std::string_view pattern : patterns) {
-            rows_.emplace_back(pattern);
-        }
-    }
-    [[nodiscard]] std::optional<Pieces> Cut(std::string_view format) const {
-        Pieces pieces;
-        for (std::size_t at = 0; at < format.size();) {
-            std::size_t row = 0;
-            std::size_t length = std::string_view::npos;
-            while (row < rows_.size() &&
-                   (length = rows_[row].Match(format, at)) == std::string_view::npos) {
-                ++row;
-            }
-            if (row == rows_.size()) {
-                return std::nullopt;
-            }
-            pieces.push_back({static_cast<std::int32_t>(row), static_cast<std::uint32_t>(at),
-                              static_cast<std::uint32_t>(length)});
-            at += length;
-        }
-        return pieces;
-    }
-    [[nodiscard]] const std::vector<FormatPattern>& Rows() const { return rows_; }
-
-  private:
-    std::vector<FormatPattern> rows_;
-};
-
 TEST(FormatPatternOracle, AlternationBindsTighterThanASequence) {
     const FormatPattern pattern(R"(a\$B|Cd*)");
     EXPECT_EQ(pattern.Match("a$Cdd", 0), 5U);
@@ -299,7 +232,7 @@ void Mutate(std::mt19937& random, std::string& text) {
     }
 }
 
-std::string MakeFormat(std::mt19937& random, const Oracle& oracle) {
+std::string MakeFormat(std::mt19937& random, const FormatOracle& oracle) {
     std::string format;
     for (std::size_t pieces = 1 + random() % 3; pieces > 0; --pieces) {
         if (random() % 4 == 0) {
@@ -318,7 +251,7 @@ std::string MakeFormat(std::mt19937& random, const Oracle& oracle) {
 void CompareWithOracle(FormatDirection direction, std::span<const std::string_view> patterns,
                        std::uint32_t seed) {
     constexpr int kFormats = 20000;
-    const Oracle oracle(patterns);
+    const FormatOracle oracle(patterns);
     std::mt19937 random(seed);
     std::vector<int> hits(patterns.size(), 0);
     int refused = 0;
@@ -350,7 +283,7 @@ TEST(FormatGrammar, ReadRowsAgreeWithThePublishedPatterns) {
 // Flags, numeric form, width and precision can share characters; all short orders of them are
 // tried.
 TEST(FormatGrammar, AllShortOrdersOfFlagsAndWidthsAgreeWithThePublishedPatterns) {
-    const Oracle oracle(kWritePatterns);
+    const FormatOracle oracle(kWritePatterns);
     constexpr std::string_view kCharacters = "0 \t-5*.";
     std::size_t count = 0;
     for (std::size_t length = 0; length <= 4; ++length) {

@@ -209,6 +209,36 @@ TEST(SelectorTest, ManyLevelsOfManyNamesAreInvalid) {
     EXPECT_EQ(StatusOf(doubling), kBadRange);
 }
 
+// 4000 characters in front of each number: 262 MB of names from a text of 8 kB.
+TEST(SelectorTest, ARangeOfLongNamesThatWouldFillTheMemoryIsInvalid) {
+    const std::string prefix(4000, 'a');
+    EXPECT_EQ(StatusOf(prefix + "1-" + prefix + "65536"), kBadRange);
+    EXPECT_EQ(StatusOf("[" + prefix + "1-60000]:b"), kBadRange);
+    EXPECT_EQ(Parsed(prefix + "1-1000").size(), 1000U);
+}
+
+TEST(SelectorTest, LongNamesThatMultiplyToFillTheMemoryAreInvalid) {
+    EXPECT_EQ(StatusOf("[b1-b10000]:" + std::string(4000, 'a')), kBadRange);
+    EXPECT_EQ(Parsed("[b1-b100]:" + std::string(4000, 'a')).size(), 100U);
+}
+
+TEST(SelectorTest, TheNamesOfAllSelectorsTogetherHaveTheirLimit) {
+    // 64 combinations of 1006 levels each, forty times: 2.6 million names.
+    std::string one;
+    for (int i = 0; i < 6; ++i) {
+        one += "a1-2:";
+    }
+    for (int i = 0; i < 999; ++i) {
+        one += "b:";
+    }
+    std::string text = one + "c0";
+    for (int i = 1; i < 40; ++i) {
+        text += "," + one + "c" + std::to_string(i);
+    }
+    EXPECT_EQ(StatusOf(one + "c"), 0);
+    EXPECT_EQ(StatusOf(text), kBadRange);
+}
+
 TEST(SelectorTest, ParsesOnce) {
     CRepCapSelector selector("Channel1-2");
     EXPECT_EQ(selector.Parse(true), 0);
