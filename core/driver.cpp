@@ -17,7 +17,8 @@ CDriver::CDriver(DriverEnvironment environment)
       session_([this](std::string_view resource, const visa::FunctionTable*& functions) {
           return SelectVisa(resource, functions);
       }),
-      trace_(std::make_unique<TraceWriter>()) {
+      trace_(std::make_unique<TraceWriter>()),
+      coercionQueue_(static_cast<std::size_t>(Metadata().maxCoercionRecords)) {
     session_.SetClosedReporter(&reporter_);
     SetFlag(DriverFlag::kCache, true);
     SetFlag(DriverFlag::kRangeCheck, true);
@@ -61,44 +62,24 @@ std::string CDriver::GetInstrumentModel() const {
     return initialized_ ? GetText(identity_.model) : std::string();
 }
 
-std::string CDriver::GetInitOption(std::string_view name) const {
-    const std::lock_guard guard(stateLock_);
-    const std::string* value = initOptions_.Find(ToLowerAscii(name));
-    return value == nullptr ? std::string() : *value;
-}
-
-std::string CDriver::GetDriverSetupOption(std::string_view name) const {
-    const std::lock_guard guard(stateLock_);
-    const std::string* value = driverSetupOptions_.Find(ToLowerAscii(name));
-    return value == nullptr ? std::string() : *value;
-}
-
 std::shared_ptr<const VisaLibrary> CDriver::GetVisaLibrary() const {
     const std::lock_guard guard(stateLock_);
     return visaLibrary_;
 }
 
-std::string CDriver::VirtualToPhysical(std::string_view name) const {
-    const std::lock_guard guard(stateLock_);
-    return names_.VirtualToPhysical(name);
-}
-
-std::string CDriver::QualifiedVirtualName(std::string_view capability,
-                                          std::string_view physical) const {
-    const std::lock_guard guard(stateLock_);
-    return names_.QualifiedVirtualName(capability, physical);
-}
-
-bool CDriver::IsKnownModel() const {
-    return initialized_ && ModelFamilyTable::Instance().IsKnownModel(GetInstrumentModel());
+void CDriver::SetInstrumentModel(std::string_view model) {
+    SetText(identity_.model, model);
+    model_ = ModelFamilyTable::Instance().Find(model);
 }
 
 bool CDriver::InstrumentInFamily(std::string_view family) const {
-    return initialized_ && IsModelInFamily(GetInstrumentModel(), family);
+    const ModelRecord* model = model_;
+    return initialized_ && model != nullptr && model->IsIn(family);
 }
 
 bool CDriver::InstrumentIsModel(std::string_view model) const {
-    return initialized_ && GetInstrumentModel() == model;
+    const std::lock_guard guard(stateLock_);
+    return initialized_ && identity_.model == model;
 }
 
 bool CDriver::IsModelInFamily(std::string_view model, std::string_view family) const {
@@ -182,7 +163,7 @@ HRESULT CDriver::PollInstrumentStatus() {
     } else if ((ParseInteger(answer) & kErrorBits) != 0) {
         status = E_FAIL;
     }
-    return Failed(status) ? reporter_.Report(message::kInstrumentError) : S_OK;
+    return Failed(status) ? reporter_.ReportInstrumentError() : S_OK;
 }
 
 HRESULT CDriver::EnumToToken(std::string_view name, std::int32_t value, std::string& token) {
@@ -192,14 +173,12 @@ HRESULT CDriver::EnumToToken(std::string_view name, std::int32_t value, std::str
     }
     const IEnumConverter* converter = GetEnumConverter(name, method->fullName);
     if (converter == nullptr) {
-        return reporter_.ReportDetail(message::kUnrecoverable,
-                                      "Unrecognized enum name '" + std::string(name) + "'.");
+        return reporter_.ReportUnrecoverable("Unrecognized enum name '" + std::string(name) + "'.");
     }
     if (converter->ToToken(GetInstrumentModel(), value, token)) {
         return S_OK;
     }
-    return reporter_.Report(message::kInvalidValue,
-                            {std::to_string(value), method->memberName, "nVal"});
+    return reporter_.ReportInvalidValue("nVal", ValueText(value), {});
 }
 
 HRESULT CDriver::TokenToEnum(std::string_view name, std::string_view token, std::int32_t& value) {
@@ -209,8 +188,7 @@ HRESULT CDriver::TokenToEnum(std::string_view name, std::string_view token, std:
     }
     const IEnumConverter* converter = GetEnumConverter(name, method->fullName);
     if (converter == nullptr) {
-        return reporter_.ReportDetail(message::kUnrecoverable,
-                                      "Unrecognized enum name '" + std::string(name) + "'.");
+        return reporter_.ReportUnrecoverable("Unrecognized enum name '" + std::string(name) + "'.");
     }
     if (converter->FromToken(GetInstrumentModel(), token, value)) {
         return S_OK;
@@ -227,7 +205,7 @@ std::int32_t CDriver::GetMaxTokenLength(std::string_view name) {
 }
 
 HRESULT CDriver::ActivatePersonality(std::string_view) {
-    return reporter_.Report(message::kPersonalityNotInstalled);
+    return reporter_.ReportPersonalityNotInstalled();
 }
 
 }  // namespace kestrion

@@ -10,14 +10,16 @@
 #include <string_view>
 #include <vector>
 
+#include "core/coercion_queue.h"
+#include "core/configuration.h"
 #include "core/error_reporter.h"
 #include "core/function_ref.h"
 #include "core/node.h"
-#include "core/option_string.h"
 #include "io/visa_c_session.h"
 #include "io/visa_table.h"
 #include "platform/clock.h"
-#include "tables/name_map.h"
+#include "store/configuration_store.h"
+#include "tables/model_families.h"
 
 namespace kestrion {
 
@@ -45,6 +47,8 @@ using VisaChooser = std::function<VisaSelection(std::string_view resource)>;
 struct DriverEnvironment {
     RepCapFactory makeRepCap;
     VisaChooser chooseVisa;
+    // Without one there is no configuration store.
+    StoreOpener openStore = {};
     // Has to outlive the root.
     Clock* clock = nullptr;
 };
@@ -73,6 +77,14 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
                        std::string_view optionString);
     HRESULT Close();
 
+    // Steps of start-up. The first takes names, descriptor, options and driver setup from a session
+    // of the configuration store; the others the configurable initial settings of a session or of a
+    // module, of which "model" becomes the model of the instrument. Null is reported as invalid; a
+    // store that can't be read on ends them with its own status.
+    HRESULT LoadDriverConfiguration(const DriverSession* session);
+    HRESULT LoadConfigurableInitialSettings(const DriverSession* session);
+    HRESULT LoadConfigurableInitialSettings(const SoftwareModule* module);
+
     [[nodiscard]] CDriver& Root() override { return *this; }
     [[nodiscard]] bool IsRoot() const override { return true; }
     // Any thread.
@@ -85,6 +97,8 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
     [[nodiscard]] CallStack& Calls() { return callStack_; }
     [[nodiscard]] Clock& SystemTime() { return *environment_.clock; }
     [[nodiscard]] TraceWriter& Trace() { return *trace_; }
+    // For bodies that change a value for the instrument. Its records outlast Close.
+    [[nodiscard]] CoercionQueue& GetCoercionQueue() { return coercionQueue_; }
     [[nodiscard]] bool Flag(DriverFlag flag) const { return flags_[SlotOf(flag)]; }
     void SetFlag(DriverFlag flag, bool value) { flags_[SlotOf(flag)] = value; }
     [[nodiscard]] bool InitialFlag(DriverFlag flag) const { return initialFlags_[SlotOf(flag)]; }
@@ -93,8 +107,9 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
         return callStack_.Current();
     }
 
-    // Family tests, any thread; all false while not initialized except the last.
-    [[nodiscard]] bool IsKnownModel() const;
+    // Family tests, any thread; all false while not initialized except the last. Those that every
+    // call makes look nothing up: the model's families were found when it became known.
+    [[nodiscard]] bool IsKnownModel() const { return initialized_ && model_ != nullptr; }
     [[nodiscard]] bool InstrumentInFamily(std::string_view family) const;
     [[nodiscard]] bool InstrumentIsModel(std::string_view model) const;
     [[nodiscard]] bool IsModelInFamily(std::string_view model, std::string_view family) const;
@@ -109,14 +124,10 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
     [[nodiscard]] std::string LogicalName() const { return GetText(logicalName_); }
     [[nodiscard]] std::string ResourceDescriptor() const { return GetText(resourceDescriptor_); }
     [[nodiscard]] std::string DriverSetup() const { return GetText(driverSetup_); }
-    [[nodiscard]] std::string GetInitOption(std::string_view name) const;
-    [[nodiscard]] std::string GetDriverSetupOption(std::string_view name) const;
+    // The options and settings of the last start-up, and the names of instances.
+    [[nodiscard]] const Configuration& Settings() const { return configuration_; }
     // The VISA library in use, with the reason why; null while there is none.
     [[nodiscard]] std::shared_ptr<const VisaLibrary> GetVisaLibrary() const;
-    // Names of repeated capability instances, as the tables of start-up give them.
-    [[nodiscard]] std::string VirtualToPhysical(std::string_view name) const;
-    [[nodiscard]] std::string QualifiedVirtualName(std::string_view capability,
-                                                   std::string_view physical) const;
 
     // Instances of a capability, in order; empty for an unknown class. Any thread.
     [[nodiscard]] std::vector<CRepCap*> Instances(std::string_view className) const;
@@ -146,22 +157,32 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
 
     // The steps of start-up, in their order.
     HRESULT Configure(const std::string& resourceName, std::string_view optionString);
+    HRESULT LoadConfiguration(const std::string& resourceName, std::string_view optionString);
+    HRESULT ConfigureByStore(const ConfigurationStore& store, const std::string& resourceName,
+                             std::string_view optionString);
+    HRESULT ConfigureBySession(const DriverSession& session, std::string_view optionString);
+    template <typename Owner>
+    HRESULT LoadSettings(const Owner* owner, std::string_view function, std::string_view parameter);
+    HRESULT LoadPhysicalNames(const SoftwareModule& module);
     HRESULT ProcessOptionString(std::string_view text);
     HRESULT ProcessInitOption(std::string_view name, std::string_view value);
     HRESULT ProcessDriverSetup(std::string_view text);
     HRESULT ProcessDriverSetupOption(std::string_view name, std::string_view value);
     HRESULT StartTrace();
     HRESULT OpenSession();
+    // Puts the trouble with the configuration store behind the text of a failure to open.
+    void NameStoreTrouble(HRESULT status);
     HRESULT SelectVisa(std::string_view resource, const visa::FunctionTable*& functions);
     HRESULT CloseSession();
     HRESULT QueryIdentity();
     HRESULT ConnectInstrument(bool idQuery, bool reset);
     HRESULT BuildChildren();
     void DropChildren();
-    HRESULT ReportUnknownOptionValue(std::string_view value);
 
     [[nodiscard]] std::string GetText(const std::string& field) const;
     void SetText(std::string& field, std::string_view value);
+    // The model of the instrument, from the options or from the instrument itself.
+    void SetInstrumentModel(std::string_view model);
     // Calls `visit` for each child, in the order of the tree, until a negative status.
     HRESULT VisitChildren(FunctionRef<HRESULT(CRepCap&)> visit);
     [[nodiscard]] std::vector<CRepCap*> AllChildren() const;
@@ -172,10 +193,15 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
     CErrorReporter reporter_;
     CVisaCSession session_;
     std::unique_ptr<TraceWriter> trace_;
+    CoercionQueue coercionQueue_;
 
     std::array<std::atomic<bool>, kDriverFlagCount> flags_;
     std::array<bool, kDriverFlagCount> initialFlags_{};
     std::atomic<bool> initialized_{false};
+    // What the table of models says of the instrument's; null for a model that it doesn't have.
+    std::atomic<const ModelRecord*> model_{nullptr};
+
+    Configuration configuration_;
 
     // Guards the texts and the children below against members of other objects; held for a copy
     // only and never over I/O.
@@ -185,9 +211,6 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
     std::string driverSetup_;
     std::string optionString_;
     Identity identity_;
-    OptionMap initOptions_;
-    OptionMap driverSetupOptions_;
-    NameMap names_;
     std::shared_ptr<const VisaLibrary> visaLibrary_;
     HashMap<std::string, std::vector<std::unique_ptr<CRepCap>>> children_;
     // Dropped by the tree while a caller still holds them.

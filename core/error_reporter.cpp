@@ -1,7 +1,9 @@
 #include "core/error_reporter.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <charconv>
 #include <exception>
 #include <system_error>
 
@@ -64,28 +66,58 @@ std::string InternalErrorText(std::int32_t code) {
 
 }  // namespace
 
+std::string ValueText(bool value) {
+    return value ? "True" : "False";
+}
+
+std::string ValueText(std::int32_t value) {
+    return std::to_string(value);
+}
+
+std::string ValueText(double value) {
+    std::array<char, 32> text{};
+    const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
+    return {text.data(), result.ptr};
+}
+
+std::string InsertArguments(std::string_view text, std::span<const std::string_view> arguments) {
+    std::string inserted;
+    while (!text.empty()) {
+        const std::size_t percent = text.find('%');
+        inserted += text.substr(0, percent);
+        if (percent >= text.size() - 1) {
+            // Nothing follows the percent sign, or there is none.
+            inserted += text.substr(std::min(percent, text.size()));
+            break;
+        }
+        text.remove_prefix(percent + 1);
+        const char next = text.front();
+        if (next == '0') {
+            break;
+        }
+        if (!(next >= '0' && next <= '9')) {
+            inserted += next == 'n' ? std::string_view("\r\n") : text.substr(0, 1);
+            text.remove_prefix(1);
+            continue;
+        }
+        std::size_t number = 0;
+        const auto end = std::from_chars(
+            text.data(), text.data() + std::min<std::size_t>(text.size(), 2), number);
+        text.remove_prefix(static_cast<std::size_t>(end.ptr - text.data()));
+        if (number <= arguments.size()) {
+            inserted += arguments[number - 1];
+        }
+    }
+    return inserted;
+}
+
 bool CErrorReporter::FormatMessage(std::int32_t code, Arguments arguments, std::string& text) {
     text.clear();
     const MessageData* message = FindMessage(code);
     if (message == nullptr) {
         return false;
     }
-    const std::string_view from = message->text;
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        if (from[i] != '%' || i + 1 == from.size()) {
-            text += from[i];
-            continue;
-        }
-        const char next = from[++i];
-        if (next < '1' || next > '9') {
-            text += next;  // "%%" is one percent sign
-            continue;
-        }
-        const auto index = static_cast<std::size_t>(next - '1');
-        if (index < arguments.size()) {
-            text += arguments[index];
-        }
-    }
+    text = InsertArguments(message->text, arguments);
     return true;
 }
 
@@ -149,37 +181,238 @@ HRESULT CErrorReporter::ReportLowerError(std::int32_t code, std::string_view det
 }
 
 HRESULT CErrorReporter::ReportIoError(std::string_view detail) {
-    return ReportLowerError(message::kIoError, detail);
+    return ReportLowerError(42, detail);
 }
 
 HRESULT CErrorReporter::ReportIoTimeout(std::string_view detail) {
-    return ReportLowerError(message::kIoTimeout, detail);
+    return ReportLowerError(43, detail);
 }
 
-HRESULT CErrorReporter::ReportNotInitialized(std::string_view detail) {
-    return ReportDetail(message::kNotInitialized, detail);
+HRESULT CErrorReporter::ReportInvalidValue(std::string_view method, std::string_view parameter,
+                                           std::string_view value, std::string_view detail) {
+    return ReportDetail(8, detail, {value, method, parameter});
+}
+
+HRESULT CErrorReporter::ReportInvalidValue(std::string_view parameter, std::string_view value,
+                                           std::string_view detail) {
+    return ReportInvalidValue(CurrentMember(), parameter, value, detail);
 }
 
 HRESULT CErrorReporter::ReportNullPointer(std::string_view method, std::string_view parameter,
                                           std::string_view detail) {
-    return ReportDetail(message::kNullPointer, detail, {method, parameter});
+    return ReportDetail(22, detail, {method, parameter});
 }
 
 HRESULT CErrorReporter::ReportNullPointer(std::string_view parameter, std::string_view detail) {
     return ReportNullPointer(CurrentMember(), parameter, detail);
 }
 
-HRESULT CErrorReporter::ReportOutOfMemory(std::string_view detail) {
-    return ReportDetail(message::kOutOfMemory, detail);
+HRESULT CErrorReporter::ReportValueNotSupported(std::string_view value, std::string_view parameter,
+                                                std::string_view method, std::string_view detail) {
+    return ReportDetail(11, detail, {value, parameter, method});
+}
+
+HRESULT CErrorReporter::ReportValueNotSupported(std::string_view value,
+                                                std::string_view parameter) {
+    return ReportValueNotSupported(value, parameter, CurrentMember());
+}
+
+HRESULT CErrorReporter::ReportMethodNotSupported(std::string_view method, std::string_view detail) {
+    return ReportDetail(9, detail, {method});
+}
+
+HRESULT CErrorReporter::ReportMethodNotSupported() {
+    return ReportMethodNotSupported(CurrentMember(), {});
+}
+
+HRESULT CErrorReporter::ReportPropertyNotSupported(std::string_view property,
+                                                   std::string_view detail) {
+    return ReportDetail(10, detail, {property});
+}
+
+HRESULT CErrorReporter::ReportPropertyNotSupported() {
+    return ReportPropertyNotSupported(CurrentMember(), {});
+}
+
+HRESULT CErrorReporter::ReportNotSupportedByModel(std::string_view feature,
+                                                  std::string_view detail) {
+    return ReportDetail(44, detail, {feature});
+}
+
+HRESULT CErrorReporter::ReportUnknownOptionName(std::string_view name, std::string_view detail) {
+    return ReportDetail(18, detail, {name});
+}
+
+HRESULT CErrorReporter::ReportUnknownOptionValue(std::string_view value, std::string_view detail) {
+    return ReportDetail(19, detail, {value});
+}
+
+HRESULT CErrorReporter::ReportBadSelectorLevels(std::string_view capability,
+                                                std::string_view detail) {
+    return ReportDetail(32, detail, {capability});
+}
+
+HRESULT CErrorReporter::ReportBadRange(std::string_view range, std::string_view capability,
+                                       std::string_view detail) {
+    return ReportDetail(33, detail, {range, capability});
+}
+
+// The messages without arguments.
+
+HRESULT CErrorReporter::ReportAlreadyInitialized(std::string_view detail) {
+    return ReportDetail(30, detail);
+}
+
+HRESULT CErrorReporter::ReportCannotChangeSimulation(std::string_view detail) {
+    return ReportDetail(31, detail);
+}
+
+HRESULT CErrorReporter::ReportMissingOptionName(std::string_view detail) {
+    return ReportDetail(16, detail);
+}
+
+HRESULT CErrorReporter::ReportMissingOptionValue(std::string_view detail) {
+    return ReportDetail(17, detail);
+}
+
+HRESULT CErrorReporter::ReportNotInitialized(std::string_view detail) {
+    return ReportDetail(12, detail);
+}
+
+HRESULT CErrorReporter::ReportUnknownResource(std::string_view detail) {
+    return ReportDetail(29, detail);
+}
+
+HRESULT CErrorReporter::ReportIdQueryFailed(std::string_view detail) {
+    return ReportDetail(27, detail);
+}
+
+HRESULT CErrorReporter::ReportResetFailed(std::string_view detail) {
+    return ReportDetail(28, detail);
+}
+
+HRESULT CErrorReporter::ReportPersonalityNotActive(std::string_view detail) {
+    return ReportDetail(45, detail);
+}
+
+HRESULT CErrorReporter::ReportPersonalityNotInstalled(std::string_view detail) {
+    return ReportDetail(47, detail);
+}
+
+HRESULT CErrorReporter::ReportUnknownChannel(std::string_view detail) {
+    return ReportDetail(13, detail);
+}
+
+HRESULT CErrorReporter::ReportChannelNameRequired(std::string_view detail) {
+    return ReportDetail(15, detail);
+}
+
+HRESULT CErrorReporter::ReportBadSelector(std::string_view detail) {
+    return ReportDetail(35, detail);
+}
+
+HRESULT CErrorReporter::ReportUnknownNameInSelector(std::string_view detail) {
+    return ReportDetail(34, detail);
+}
+
+HRESULT CErrorReporter::ReportUnknownPhysicalSelector(std::string_view detail) {
+    return ReportDetail(36, detail);
+}
+
+HRESULT CErrorReporter::ReportInstrumentError(std::string_view detail) {
+    return ReportDetail(3, detail);
 }
 
 HRESULT CErrorReporter::ReportUnexpectedResponse(std::string_view detail) {
-    return ReportDetail(message::kUnexpectedResponse, detail);
+    return ReportDetail(23, detail);
 }
 
-HRESULT CErrorReporter::ReportInvalidValue(std::string_view parameter, std::string_view value,
-                                           std::string_view detail) {
-    return ReportDetail(message::kInvalidValue, detail, {value, CurrentMember(), parameter});
+HRESULT CErrorReporter::ReportStatusNotAvailable(std::string_view detail) {
+    return ReportDetail(26, detail);
+}
+
+HRESULT CErrorReporter::ReportOperationInProgress(std::string_view detail) {
+    return ReportDetail(21, detail);
+}
+
+HRESULT CErrorReporter::ReportPreviewState(std::string_view detail) {
+    return ReportDetail(48, detail);
+}
+
+HRESULT CErrorReporter::ReportChannelNotEnabled(std::string_view detail) {
+    return ReportDetail(49, detail);
+}
+
+HRESULT CErrorReporter::ReportMeasurementFailed(std::string_view detail) {
+    return ReportDetail(50, detail);
+}
+
+HRESULT CErrorReporter::ReportMaxTimeExceeded(std::string_view detail) {
+    return ReportDetail(51, detail);
+}
+
+HRESULT CErrorReporter::ReportInvalidAcquisitionType(std::string_view detail) {
+    return ReportDetail(52, detail);
+}
+
+HRESULT CErrorReporter::ReportCannotOpenFile(std::string_view detail) {
+    return ReportDetail(4, detail);
+}
+
+HRESULT CErrorReporter::ReportReadError(std::string_view detail) {
+    return ReportDetail(5, detail);
+}
+
+HRESULT CErrorReporter::ReportWriteError(std::string_view detail) {
+    return ReportDetail(6, detail);
+}
+
+HRESULT CErrorReporter::ReportInvalidPath(std::string_view detail) {
+    return ReportDetail(7, detail);
+}
+
+HRESULT CErrorReporter::ReportTooManyFiles(std::string_view detail) {
+    return ReportDetail(14, detail);
+}
+
+HRESULT CErrorReporter::ReportFileNotFound(std::string_view detail) {
+    return ReportDetail(24, detail);
+}
+
+HRESULT CErrorReporter::ReportInvalidFileFormat(std::string_view detail) {
+    return ReportDetail(25, detail);
+}
+
+HRESULT CErrorReporter::ReportOutOfMemory(std::string_view detail) {
+    return ReportDetail(20, detail);
+}
+
+HRESULT CErrorReporter::ReportUnrecoverable(std::string_view detail) {
+    return ReportDetail(2, detail);
+}
+
+HRESULT CErrorReporter::ReportIdQueryNotSupported(std::string_view detail) {
+    return ReportDetail(37, detail);
+}
+
+HRESULT CErrorReporter::ReportResetNotSupported(std::string_view detail) {
+    return ReportDetail(38, detail);
+}
+
+HRESULT CErrorReporter::ReportSelfTestNotSupported(std::string_view detail) {
+    return ReportDetail(39, detail);
+}
+
+HRESULT CErrorReporter::ReportErrorQueryNotSupported(std::string_view detail) {
+    return ReportDetail(40, detail);
+}
+
+HRESULT CErrorReporter::ReportFirmwareQueryNotSupported(std::string_view detail) {
+    return ReportDetail(41, detail);
+}
+
+HRESULT CErrorReporter::ReportInvalidWaveformElement(std::string_view detail) {
+    return ReportDetail(53, detail);
 }
 
 std::string_view CErrorReporter::CurrentMember() const {

@@ -2,6 +2,7 @@
 // error object.
 #pragma once
 
+#include <cstdint>
 #include <initializer_list>
 #include <span>
 #include <string>
@@ -13,41 +14,22 @@
 
 namespace kestrion {
 
-// The numbers of the messages that the driver's own code names. The texts and statuses are data:
-// AllMessages() has them.
+// Numbers that no message has, on purpose: what they refuse has no words of its own yet, so it
+// leaves through the "Internal Error" text with the number in it.
 namespace message {
-inline constexpr std::int32_t kUnrecoverable = 2;
-inline constexpr std::int32_t kInstrumentError = 3;
-inline constexpr std::int32_t kInvalidValue = 8;
-inline constexpr std::int32_t kMethodNotSupported = 9;
-inline constexpr std::int32_t kPropertyNotSupported = 10;
-inline constexpr std::int32_t kValueNotSupported = 11;
-inline constexpr std::int32_t kNotInitialized = 12;
-inline constexpr std::int32_t kUnknownOptionValue = 19;
-inline constexpr std::int32_t kOutOfMemory = 20;
-inline constexpr std::int32_t kNullPointer = 22;
-inline constexpr std::int32_t kUnexpectedResponse = 23;
-inline constexpr std::int32_t kIdQueryFailed = 27;
-inline constexpr std::int32_t kResetFailed = 28;
-inline constexpr std::int32_t kUnknownResource = 29;
-inline constexpr std::int32_t kAlreadyInitialized = 30;
-inline constexpr std::int32_t kCannotChangeSimulation = 31;
-inline constexpr std::int32_t kUnknownPhysicalSelector = 36;
-inline constexpr std::int32_t kIoError = 42;
-inline constexpr std::int32_t kIoTimeout = 43;
-inline constexpr std::int32_t kNotSupportedByModel = 44;
-inline constexpr std::int32_t kPersonalityNotInstalled = 47;
-inline constexpr std::int32_t kPreviewState = 48;
-inline constexpr std::int32_t kChannelNotEnabled = 49;
-inline constexpr std::int32_t kMaxTimeExceeded = 51;
-inline constexpr std::int32_t kInvalidAcquisitionType = 52;
-// Numbers without a message: they leave through the "Internal Error" text.
 inline constexpr std::int32_t kWaveformDatabaseRefused = 236;
 inline constexpr std::int32_t kChannelRefused = 245;
 }  // namespace message
 
-// Texts are UTF-8. No operation throws: where memory runs out the status is still returned. It has
-// no changing state, so any thread may call; the error object goes to the calling thread.
+// A value as the texts of errors show it.
+[[nodiscard]] std::string ValueText(bool value);          // "True" or "False"
+[[nodiscard]] std::string ValueText(std::int32_t value);  // in decimal
+[[nodiscard]] std::string ValueText(double value);        // the shortest that reads back
+
+// Texts are UTF-8. Every operation gives the status of its message, or leaves it to the caller as
+// an out-of-memory failure would; a `detail` that isn't empty stands behind the message's words and
+// a CR LF. No operation throws: where memory runs out the status is still returned. The reporter
+// has no changing state, so any thread may call; the error object goes to the calling thread.
 class CErrorReporter final : public IIoErrorReporter {
   public:
     using Arguments = std::span<const std::string_view>;
@@ -57,27 +39,95 @@ class CErrorReporter final : public IIoErrorReporter {
     CErrorReporter& operator=(const CErrorReporter&) = delete;
     ~CErrorReporter() = default;
 
+    // Raises `message` as it stands under `status`.
     HRESULT RaiseWithStatus(HRESULT status, std::string_view message) override;
 
     // The message of `code` with its arguments. A code without a message raises the "Internal
     // Error" text under 0x80020009.
     HRESULT Report(std::int32_t code, std::initializer_list<std::string_view> arguments = {});
-    // The same with `detail` behind a CR LF; an empty detail adds nothing.
     HRESULT ReportDetail(std::int32_t code, std::string_view detail,
                          std::initializer_list<std::string_view> arguments = {});
 
+    // I/O failures. The error object that the layer below left on the thread is taken, and its
+    // description goes into the message.
     HRESULT ReportIoError(std::string_view detail) override;
     HRESULT ReportIoTimeout(std::string_view detail) override;
-    HRESULT ReportNotInitialized(std::string_view detail) override;
+
+    // Arguments of the caller. Those that don't name the method mean the running one.
+    HRESULT ReportInvalidValue(std::string_view method, std::string_view parameter,
+                               std::string_view value, std::string_view detail);
+    HRESULT ReportInvalidValue(std::string_view parameter, std::string_view value,
+                               std::string_view detail) override;
     HRESULT ReportNullPointer(std::string_view method, std::string_view parameter,
                               std::string_view detail) override;
     HRESULT ReportNullPointer(std::string_view parameter, std::string_view detail) override;
-    HRESULT ReportOutOfMemory(std::string_view detail) override;
-    HRESULT ReportUnexpectedResponse(std::string_view detail) override;
-    HRESULT ReportInvalidValue(std::string_view parameter, std::string_view value,
-                               std::string_view detail) override;
+    HRESULT ReportValueNotSupported(std::string_view value, std::string_view parameter,
+                                    std::string_view method, std::string_view detail = {});
+    HRESULT ReportValueNotSupported(std::string_view value, std::string_view parameter);
 
-    // Puts the arguments into the message of `code`; false, and an empty text, without a message.
+    // Members that the driver or the instrument doesn't have. The forms without a name mean the
+    // running member.
+    HRESULT ReportMethodNotSupported(std::string_view method, std::string_view detail);
+    HRESULT ReportMethodNotSupported();
+    HRESULT ReportPropertyNotSupported(std::string_view property, std::string_view detail);
+    HRESULT ReportPropertyNotSupported();
+    HRESULT ReportNotSupportedByModel(std::string_view feature, std::string_view detail = {});
+    HRESULT ReportPersonalityNotActive(std::string_view detail = {});
+    HRESULT ReportPersonalityNotInstalled(std::string_view detail = {});
+
+    // Start-up, shut-down and options.
+    HRESULT ReportAlreadyInitialized(std::string_view detail = {});
+    HRESULT ReportNotInitialized(std::string_view detail) override;
+    HRESULT ReportCannotChangeSimulation(std::string_view detail = {});
+    HRESULT ReportMissingOptionName(std::string_view detail = {});
+    HRESULT ReportMissingOptionValue(std::string_view detail = {});
+    HRESULT ReportUnknownOptionName(std::string_view name, std::string_view detail = {});
+    HRESULT ReportUnknownOptionValue(std::string_view value, std::string_view detail = {});
+    HRESULT ReportUnknownResource(std::string_view detail = {});
+    HRESULT ReportIdQueryFailed(std::string_view detail = {});
+    HRESULT ReportResetFailed(std::string_view detail = {});
+
+    // Repeated capabilities.
+    HRESULT ReportUnknownChannel(std::string_view detail = {});
+    HRESULT ReportChannelNameRequired(std::string_view detail = {});
+    HRESULT ReportBadSelector(std::string_view detail = {});
+    HRESULT ReportBadSelectorLevels(std::string_view capability, std::string_view detail = {});
+    HRESULT ReportBadRange(std::string_view range, std::string_view capability,
+                           std::string_view detail = {});
+    HRESULT ReportUnknownNameInSelector(std::string_view detail = {});
+    HRESULT ReportUnknownPhysicalSelector(std::string_view detail = {});
+
+    // What the instrument answers and does.
+    HRESULT ReportInstrumentError(std::string_view detail = {});
+    HRESULT ReportUnexpectedResponse(std::string_view detail) override;
+    HRESULT ReportStatusNotAvailable(std::string_view detail = {});
+    HRESULT ReportOperationInProgress(std::string_view detail = {});
+    HRESULT ReportPreviewState(std::string_view detail = {});
+    HRESULT ReportChannelNotEnabled(std::string_view detail = {});
+    HRESULT ReportMeasurementFailed(std::string_view detail = {});
+    HRESULT ReportMaxTimeExceeded(std::string_view detail = {});
+    HRESULT ReportInvalidAcquisitionType(std::string_view detail = {});
+
+    // Files and memory.
+    HRESULT ReportCannotOpenFile(std::string_view detail = {});
+    HRESULT ReportReadError(std::string_view detail = {});
+    HRESULT ReportWriteError(std::string_view detail = {});
+    HRESULT ReportInvalidPath(std::string_view detail = {});
+    HRESULT ReportTooManyFiles(std::string_view detail = {});
+    HRESULT ReportFileNotFound(std::string_view detail = {});
+    HRESULT ReportInvalidFileFormat(std::string_view detail = {});
+    HRESULT ReportOutOfMemory(std::string_view detail) override;
+    HRESULT ReportUnrecoverable(std::string_view detail = {});
+
+    // Warnings: their statuses are positive, and an error object comes with them all the same.
+    HRESULT ReportIdQueryNotSupported(std::string_view detail = {});
+    HRESULT ReportResetNotSupported(std::string_view detail = {});
+    HRESULT ReportSelfTestNotSupported(std::string_view detail = {});
+    HRESULT ReportErrorQueryNotSupported(std::string_view detail = {});
+    HRESULT ReportFirmwareQueryNotSupported(std::string_view detail = {});
+    HRESULT ReportInvalidWaveformElement(std::string_view detail = {});
+
+    // The message of `code` with its arguments; false, and an empty text, without a message.
     [[nodiscard]] static bool FormatMessage(std::int32_t code, Arguments arguments,
                                             std::string& text);
 
@@ -89,5 +139,12 @@ class CErrorReporter final : public IIoErrorReporter {
 
     ICallContextProvider& context_;
 };
+
+// A message's text with its arguments. "%1" to "%99" are the arguments by number, of which those
+// that aren't there are left out; "%n" is a line break, "%0" ends the text, and "%" before any
+// other character is that character. Arguments are taken as they stand. (The insertion rule of
+// the message resources of Windows, without their format suffixes.)
+[[nodiscard]] std::string InsertArguments(std::string_view text,
+                                          std::span<const std::string_view> arguments);
 
 }  // namespace kestrion

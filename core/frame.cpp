@@ -18,27 +18,17 @@ HRESULT PrepareOutParameters(MemberCall& call, std::span<ParameterRecord> parame
             continue;
         }
         if (parameter.target == nullptr) {
-            return call.Report(message::kNullPointer, {call.Method().memberName, parameter.name});
+            return call.Errors().ReportNullPointer(parameter.name, {});
         }
         parameter.ZeroTarget();
     }
     return S_OK;
 }
 
-// Step 8. A model outside of every family is in no list, so it runs everything.
-bool IsRefused(MemberCall& call) {
-    for (const std::string_view family : call.Method().refusedFamilies) {
-        if (call.InstrumentInFamily(family)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-// Steps 8 to 11.
+// Steps 8 to 11. A model outside of every family is in no list, so it runs everything.
 HRESULT RunBody(MemberCall& call, MemberBody body, const SimulatedBody* simulated) {
-    if (IsRefused(call)) {
-        return call.Report(message::kNotSupportedByModel, {call.Method().memberName});
+    if (call.InstrumentInAnyFamily(call.Method().refusedFamilies)) {
+        return call.Errors().ReportNotSupportedByModel(call.Method().memberName);
     }
     if (call.Method().simulated && simulated != nullptr && call.IsSimulating()) {
         (*simulated)(call.Node());
@@ -54,7 +44,7 @@ HRESULT RunLocked(CNode& node, const MethodDescriptor& method,
     const CallStack::Entry context(node.Root().Calls(), method);
     MemberCall call(node, method);
     if (method.needsConnection && !node.IsInitialized()) {
-        return call.Report(message::kNotInitialized);
+        return call.Errors().ReportNotInitialized({});
     }
     (void)SetErrorInfo(0, nullptr);
     if (const HRESULT status = PrepareOutParameters(call, parameters); Failed(status)) {

@@ -20,10 +20,6 @@ HRESULT GiveText(BSTR* val, std::string_view text) {
     return S_OK;
 }
 
-HRESULT ReportMethodNotSupported(MemberCall& call) {
-    return call.Report(message::kMethodNotSupported, {call.Method().memberName});
-}
-
 }  // namespace
 
 HRESULT get_Cache(MemberCall& call, VARIANT_BOOL* val) {
@@ -40,8 +36,7 @@ HRESULT get_InterchangeCheck(MemberCall& call, VARIANT_BOOL* val) {
 
 HRESULT put_InterchangeCheck(MemberCall& call, VARIANT_BOOL val) {
     if (val != 0 && !Metadata().supportsInterchangeCheck) {
-        return call.Report(message::kValueNotSupported,
-                           {"VARIANT_TRUE", "val", "put_InterchangeCheck"});
+        return call.Errors().ReportValueNotSupported("VARIANT_TRUE", "val");
     }
     return PutFlag(call, DriverFlag::kInterchangeCheck, val);
 }
@@ -77,7 +72,7 @@ HRESULT get_Simulate(MemberCall& call, VARIANT_BOOL* val) {
 HRESULT put_Simulate(MemberCall& call, VARIANT_BOOL val) {
     // A driver that started in simulation has no connection to go on with.
     if (val == 0 && call.Driver().InitialFlag(DriverFlag::kSimulate)) {
-        return call.Report(message::kCannotChangeSimulation);
+        return call.Errors().ReportCannotChangeSimulation();
     }
     return PutFlag(call, DriverFlag::kSimulate, val);
 }
@@ -100,20 +95,20 @@ HRESULT InvalidateAllAttributes(MemberCall& call) {
 }
 
 HRESULT ClearInterchangeWarnings(MemberCall& call) {
-    return ReportMethodNotSupported(call);
+    return call.Errors().ReportMethodNotSupported();
 }
 
 HRESULT ResetInterchangeCheck(MemberCall& call) {
-    return ReportMethodNotSupported(call);
+    return call.Errors().ReportMethodNotSupported();
 }
 
 HRESULT GetNextInterchangeWarning(MemberCall& call, BSTR*) {
-    return ReportMethodNotSupported(call);
+    return call.Errors().ReportMethodNotSupported();
 }
 
-// Nothing in the driver coerces a value, so there is never a record to give.
-HRESULT GetNextCoercionRecord(MemberCall&, BSTR* val) {
-    return GiveText(val, "");
+HRESULT GetNextCoercionRecord(MemberCall& call, BSTR* val) {
+    const bool recording = call.Driver().Flag(DriverFlag::kRecordCoercions);
+    return GiveText(val, recording ? call.Driver().GetCoercionQueue().Take() : std::string());
 }
 
 }  // namespace kestrion::hooks::IIviDriverOperation

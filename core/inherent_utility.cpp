@@ -56,10 +56,6 @@ HRESULT RestoreInitialOptions(MemberCall& call) {
     return S_OK;
 }
 
-HRESULT ReportNullPointer(MemberCall& call, std::string_view parameter) {
-    return call.Report(message::kNullPointer, {call.Method().memberName, parameter});
-}
-
 void FreeText(BSTR* text) {
     SysFreeString(*text);
     *text = nullptr;
@@ -113,11 +109,11 @@ HRESULT ResetWithDefaults(MemberCall& call) {
 
 HRESULT SelfTest(MemberCall& call, LONG* TestResult, BSTR* TestMessage) {
     if (TestMessage == nullptr) {
-        return ReportNullPointer(call, "TestMessage");
+        return call.Errors().ReportNullPointer("TestMessage", {});
     }
     FreeText(TestMessage);
     if (TestResult == nullptr) {
-        return ReportNullPointer(call, "TestResult");
+        return call.Errors().ReportNullPointer("TestResult", {});
     }
     *TestResult = 0;
     if (!call.IsSimulating()) {
@@ -133,11 +129,11 @@ HRESULT SelfTest(MemberCall& call, LONG* TestResult, BSTR* TestMessage) {
 
 HRESULT ErrorQuery(MemberCall& call, LONG* ErrorCode, BSTR* ErrorMessage) {
     if (ErrorMessage == nullptr) {
-        return ReportNullPointer(call, "ErrorMessage");
+        return call.Errors().ReportNullPointer("ErrorMessage", {});
     }
     FreeText(ErrorMessage);
     if (ErrorCode == nullptr) {
-        return ReportNullPointer(call, "ErrorCode");
+        return call.Errors().ReportNullPointer("ErrorCode", {});
     }
     *ErrorCode = 0;
     if (call.IsSimulating()) {
@@ -149,18 +145,18 @@ HRESULT ErrorQuery(MemberCall& call, LONG* ErrorCode, BSTR* ErrorMessage) {
     std::string text;
     const HRESULT status = call.Session().Queryf(":SYST:ERR?", "%d,%$Ct", ErrorCode, &text);
     if (Failed(status)) {
-        return call.Report(message::kUnexpectedResponse);
+        return call.Errors().ReportUnexpectedResponse({});
     }
     *ErrorMessage = MakeBstr(WidenBytes(TrimQuotes(text)));
     return S_OK;
 }
 
 HRESULT LockObject(MemberCall& call) {
-    return call.Report(message::kMethodNotSupported, {call.Method().memberName});
+    return call.Errors().ReportMethodNotSupported();
 }
 
 HRESULT UnlockObject(MemberCall& call) {
-    return call.Report(message::kMethodNotSupported, {call.Method().memberName});
+    return call.Errors().ReportMethodNotSupported();
 }
 
 }  // namespace kestrion::hooks::IIviDriverUtility

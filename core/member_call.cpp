@@ -1,5 +1,9 @@
 #include "core/member_call.h"
 
+#include <algorithm>
+#include <array>
+
+#include "core/parameter.h"
 #include "io/format_text_writer.h"
 #include "tables/model_families.h"
 
@@ -10,17 +14,18 @@ namespace {
 constexpr std::string_view kCommandFormat = "%$Cs";
 
 // Keeps a command on the node for the life time of the guard.
-class CommandGuard {
+class RunningCommand {
   public:
-    CommandGuard(CNode& node, FormattedCommand& command) : node_(node) {
-        node_.PushCommand(command);
-    }
-    CommandGuard(const CommandGuard&) = delete;
-    CommandGuard& operator=(const CommandGuard&) = delete;
-    ~CommandGuard() { node_.PopCommand(); }
+    explicit RunningCommand(CNode& node) : node_(node), command_(node.PushCommand()) {}
+    RunningCommand(const RunningCommand&) = delete;
+    RunningCommand& operator=(const RunningCommand&) = delete;
+    ~RunningCommand() { node_.PopCommand(); }
+
+    [[nodiscard]] FormattedCommand* operator->() { return &command_; }
 
   private:
     CNode& node_;
+    FormattedCommand& command_;
 };
 
 }  // namespace
@@ -29,11 +34,10 @@ HRESULT MemberCall::RunCommand(std::span<const ArgSlot> arguments, FunctionRef<H
     if (method_.command.empty()) {
         return handler();
     }
-    FormattedCommand formatted;
+    RunningCommand running(node_);
+    running->response = method_.response;
     ArgCursor cursor(arguments);
-    const HRESULT status = FormatToText(formatted.command, &Driver(), method_.command, cursor);
-    formatted.response = method_.response;
-    const CommandGuard guard(node_, formatted);
+    const HRESULT status = FormatToText(running->command, &Driver(), method_.command, cursor);
     return Failed(status) ? status : handler();
 }
 
@@ -47,11 +51,14 @@ HRESULT MemberCall::QueryFormatted(std::int32_t timeout, std::span<const ArgSlot
     if (running == nullptr) {
         return E_UNEXPECTED;
     }
-    std::vector<ArgSlot> slots;
-    slots.reserve(targets.size() + 1);
-    slots.emplace_back(&running->command);
-    slots.insert(slots.end(), targets.begin(), targets.end());
-    const HRESULT status = Session().VQueryf(kCommandFormat, running->response, timeout, slots);
+    if (targets.size() > kMaxParameters) {
+        return E_INVALIDARG;
+    }
+    std::array<ArgSlot, kMaxParameters + 1> slots;
+    slots.front() = ArgSlot(&running->command);
+    std::ranges::copy(targets, slots.begin() + 1);
+    const HRESULT status = Session().VQueryf(kCommandFormat, running->response, timeout,
+                                             std::span(slots).first(targets.size() + 1));
     // More of the response may be left; the next query throws it away.
     return status == IoStatusMoreData ? S_OK : status;
 }

@@ -1,8 +1,8 @@
 // One running member, as its body and its hooks see it.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
-#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -64,17 +64,16 @@ class MemberCall {
     HRESULT QueryDouble(std::string_view command, double& value,
                         std::int32_t timeout = kKeepTimeout);
 
-    // Errors, under a message number or with a detail behind the message's words.
-    HRESULT Report(std::int32_t code, std::initializer_list<std::string_view> arguments = {}) {
-        return Driver().Reporter().Report(code, arguments);
-    }
-    HRESULT ReportDetail(std::int32_t code, std::string_view detail,
-                         std::initializer_list<std::string_view> arguments = {}) {
-        return Driver().Reporter().ReportDetail(code, detail, arguments);
-    }
+    // Where failures are reported: an operation's status is the member's.
+    [[nodiscard]] CErrorReporter& Errors() { return Driver().Reporter(); }
 
+    // Which instrument is connected. A model that the driver doesn't know is in no family.
     [[nodiscard]] bool InstrumentInFamily(std::string_view family) {
         return Driver().InstrumentInFamily(family);
+    }
+    [[nodiscard]] bool InstrumentInAnyFamily(std::span<const std::string_view> families) {
+        return std::ranges::any_of(
+            families, [this](std::string_view family) { return InstrumentInFamily(family); });
     }
     // True for a model whose name says that it has two channels.
     [[nodiscard]] bool InstrumentHasTwoChannels();

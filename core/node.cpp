@@ -26,13 +26,14 @@ HRESULT CNode::QueryInterface(REFIID iid, void** object) {
     return S_OK;
 }
 
-void CNode::PushCommand(FormattedCommand& command) {
-    command.below = topCommand_;
-    topCommand_ = &command;
-}
-
-void CNode::PopCommand() {
-    topCommand_ = topCommand_->below;
+FormattedCommand& CNode::PushCommand() {
+    if (runningCommands_ == commands_.size()) {
+        commands_.emplace_back();
+    }
+    FormattedCommand& pushed = commands_[runningCommands_++];
+    pushed.command.clear();
+    pushed.response = {};
+    return pushed;
 }
 
 std::unique_ptr<CCacheEntryBase>& CNode::CacheSlot(std::string_view name) {
@@ -52,6 +53,47 @@ void CNode::ClearCacheEntries() {
 
 TraceWriter* CNode::GetTraceWriter() {
     return IsRoot() || IsInitialized() ? &Root().Trace() : nullptr;
+}
+
+std::string CNode::GetInitOption(std::string_view name) {
+    return Root().Settings().GetInitOption(name);
+}
+
+std::string CNode::GetDriverSetupOption(std::string_view name) {
+    return Root().Settings().GetDriverSetupOption(name);
+}
+
+bool CNode::GetConfigBool(std::string_view name, bool& value) {
+    return Root().Settings().GetConfigBool(name, value);
+}
+
+bool CNode::GetConfigLong(std::string_view name, std::int32_t& value) {
+    return Root().Settings().GetConfigLong(name, value);
+}
+
+bool CNode::GetConfigDouble(std::string_view name, double& value) {
+    return Root().Settings().GetConfigDouble(name, value);
+}
+
+bool CNode::GetConfigString(std::string_view name, std::string& value) {
+    return Root().Settings().GetConfigString(name, value);
+}
+
+bool CNode::GetConfigVariant(std::string_view name, VariantPtr& value) {
+    return Root().Settings().GetConfigVariant(name, value);
+}
+
+std::string CNode::GetPhysicalName(std::string_view name) {
+    return Root().Settings().GetPhysicalName(name);
+}
+
+std::string CNode::GetVirtualName(std::string_view name) {
+    return Root().Settings().GetVirtualName(name);
+}
+
+std::string CNode::GetQualifiedPhysicalName(std::string_view capability,
+                                            std::string_view physicalName) {
+    return Root().Settings().GetQualifiedPhysicalName(capability, physicalName);
 }
 
 ULONG CChildNode::AddRef() {
@@ -85,9 +127,13 @@ const MethodDescriptor* CChildNode::GetCurrentMethod() {
     return root_.GetCurrentMethod();
 }
 
-const std::string& CRepCap::GetFullName() {
+std::string CRepCap::GetFullName() {
     if (fullName_.empty()) {
-        fullName_ = className_ + "[" + physicalName_ + "]";
+        std::string path = Root().GetFullName();
+        if (!path.empty()) {
+            path += '.';
+        }
+        fullName_ = path + className_ + "[" + GetVirtualName(physicalName_) + "]";
     }
     return fullName_;
 }

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -14,6 +15,7 @@
 #include "io/partners.h"
 #include "kestrion/platform/error_info.h"
 #include "kestrion/platform/unknown.h"
+#include "kestrion/platform/variant.h"
 #include "tables/hash_map.h"
 
 namespace kestrion {
@@ -21,12 +23,10 @@ namespace kestrion {
 class CDriver;
 class TraceWriter;
 
-// The command and the reply format of the member that is running on a node, innermost first. The
-// entries live on the stacks of the calls.
+// The command and the reply format of a member that is running on a node.
 struct FormattedCommand {
     std::string command;
     std::string_view response;
-    FormattedCommand* below = nullptr;
 };
 
 // Any object of the hierarchy: one component object with one lock and many interfaces, each of
@@ -54,6 +54,21 @@ class CNode : public IUnknown, public IInstrErrorPoller, public ICallContextProv
     [[nodiscard]] virtual bool IsInitialized() const = 0;
     // Where calls are traced; null on a child while the driver isn't initialized.
     [[nodiscard]] TraceWriter* GetTraceWriter();
+    // What start-up was told by options and configuration store, and the names of instances that
+    // the store gave: every object asks the root for them. Any thread; see Configuration.
+    [[nodiscard]] std::string GetInitOption(std::string_view name);
+    [[nodiscard]] std::string GetDriverSetupOption(std::string_view name);
+    [[nodiscard]] bool GetConfigBool(std::string_view name, bool& value);
+    [[nodiscard]] bool GetConfigLong(std::string_view name, std::int32_t& value);
+    [[nodiscard]] bool GetConfigDouble(std::string_view name, double& value);
+    [[nodiscard]] bool GetConfigString(std::string_view name, std::string& value);
+    [[nodiscard]] bool GetConfigVariant(std::string_view name, VariantPtr& value);
+    [[nodiscard]] std::string GetPhysicalName(std::string_view name);
+    [[nodiscard]] std::string GetVirtualName(std::string_view name);
+    [[nodiscard]] std::string GetQualifiedPhysicalName(std::string_view capability,
+                                                       std::string_view physicalName);
+    // The path of this object in error and trace texts; the root's is empty.
+    [[nodiscard]] virtual std::string GetFullName() { return {}; }
     // What a connected instrument needs before the first member; a negative status ends start-up.
     virtual HRESULT InitializeInstrument() { return S_OK; }
     // Part of the reset walk over the tree.
@@ -69,10 +84,15 @@ class CNode : public IUnknown, public IInstrErrorPoller, public ICallContextProv
     // The one critical section of the object, held for the whole of a member.
     [[nodiscard]] std::recursive_mutex& Mutex() { return mutex_; }
 
-    // The command of the member that runs; null while none has one. Under the object's lock.
-    [[nodiscard]] FormattedCommand* TopCommand() { return topCommand_; }
-    void PushCommand(FormattedCommand& command);
-    void PopCommand();
+    // The commands of the members that run, innermost on top. Under the object's lock.
+    //
+    // A command to be filled, which is empty; it stays where it is until it is popped.
+    [[nodiscard]] FormattedCommand& PushCommand();
+    void PopCommand() { --runningCommands_; }
+    // Null while no member has one.
+    [[nodiscard]] FormattedCommand* TopCommand() {
+        return runningCommands_ == 0 ? nullptr : &commands_[runningCommands_ - 1];
+    }
 
     // The entry of an attribute, made on first use. One entry has one type. Under the object's
     // lock.
@@ -113,7 +133,9 @@ class CNode : public IUnknown, public IInstrErrorPoller, public ICallContextProv
 
     std::recursive_mutex mutex_;
     ErrorInfoFace errorInfoFace_;
-    FormattedCommand* topCommand_ = nullptr;
+    // Those above the running ones keep their memory for the next calls.
+    std::deque<FormattedCommand> commands_;
+    std::size_t runningCommands_ = 0;
     HashMap<std::string, std::unique_ptr<CCacheEntryBase>> cacheEntries_;
 };
 
@@ -157,8 +179,9 @@ class CRepCap : public CChildNode {
     [[nodiscard]] std::int32_t Index() const override { return index_; }
     [[nodiscard]] const char* Name() const override { return physicalName_.c_str(); }
     [[nodiscard]] std::string_view PhysicalName() const { return physicalName_; }
-    // The path of this instance in error and trace texts, such as "KestrionChannel[Channel1]".
-    [[nodiscard]] const std::string& GetFullName();
+    // The class and the virtual name, as in "KestrionChannel[Channel1]", behind the parent's path.
+    // Made when it is first asked for and then kept. Under the object's lock.
+    [[nodiscard]] std::string GetFullName() override;
 
     // A capability whose class has no interface yet still has its instances.
     [[nodiscard]] void* FindFace(REFIID) override { return nullptr; }

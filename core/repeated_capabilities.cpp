@@ -22,13 +22,13 @@ HRESULT FindInstance(MemberCall& call, std::string_view className, BSTR name, RE
     if (instances.size() == 1 && asked.empty()) {
         return instances.front()->QueryInterface(iid, instance);
     }
-    const std::string physical = call.Driver().VirtualToPhysical(asked);
+    const std::string physical = call.Driver().GetPhysicalName(asked);
     for (CRepCap* candidate : instances) {
         if (EqualsIgnoreCase(physical, candidate->PhysicalName())) {
             return candidate->QueryInterface(iid, instance);
         }
     }
-    return call.Report(message::kUnknownPhysicalSelector);
+    return call.Errors().ReportUnknownPhysicalSelector();
 }
 
 HRESULT NameInstance(MemberCall& call, std::string_view className, LONG index, BSTR* name) {
@@ -37,11 +37,10 @@ HRESULT NameInstance(MemberCall& call, std::string_view className, LONG index, B
         return E_UNEXPECTED;
     }
     if (index < 1 || static_cast<std::size_t>(index) > instances.size()) {
-        return call.Report(message::kInvalidValue,
-                           {std::to_string(index), call.Method().memberName, "Index"});
+        return call.Errors().ReportInvalidValue("Index", ValueText(index), {});
     }
     const CRepCap& found = *instances[static_cast<std::size_t>(index) - 1];
-    *name = MakeBstr(call.Driver().QualifiedVirtualName(className, found.PhysicalName()));
+    *name = MakeBstr(call.Driver().GetQualifiedPhysicalName(className, found.PhysicalName()));
     return S_OK;
 }
 

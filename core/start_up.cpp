@@ -51,18 +51,17 @@ void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
 HRESULT CDriver::Initialize(const std::string* resourceName, bool idQuery, bool reset,
                             std::string_view optionString) {
     if (resourceName == nullptr) {
-        return reporter_.Report(message::kInvalidValue, {"0", "Initialize", "ResourceName"});
+        return reporter_.ReportInvalidValue("Initialize", "ResourceName", ValueText(0), {});
     }
     if (initialized_) {
-        return reporter_.Report(message::kAlreadyInitialized);
+        return reporter_.ReportAlreadyInitialized();
     }
     if (const HRESULT status = Configure(*resourceName, optionString); Failed(status)) {
         return status;
     }
     if (Flag(DriverFlag::kInterchangeCheck) && !Metadata().supportsInterchangeCheck) {
-        return reporter_.ReportDetail(message::kUnknownOptionValue,
-                                      "Interchange checking is not supported by the driver.",
-                                      {"True"});
+        return reporter_.ReportUnknownOptionValue(
+            ValueText(true), "Interchange checking is not supported by the driver.");
     }
     if (const HRESULT status = StartTrace(); Failed(status)) {
         return status;
@@ -86,22 +85,21 @@ HRESULT CDriver::Configure(const std::string& resourceName, std::string_view opt
     {
         const std::lock_guard guard(stateLock_);
         optionString_ = optionString;
-        resourceDescriptor_ = resourceName;
+        resourceDescriptor_.clear();
         logicalName_.clear();
         driverSetup_.clear();
         identity_ = {};
-        initOptions_.Clear();
-        driverSetupOptions_.Clear();
-        names_ = {};
     }
+    configuration_.Clear();
+    SetInstrumentModel({});
     for (std::size_t i = 0; i < kDriverFlagCount; ++i) {
         flags_[i] = kFlagOptions[i].byDefault;
     }
-    if (const HRESULT status = ProcessOptionString(optionString); Failed(status)) {
+    if (const HRESULT status = LoadConfiguration(resourceName, optionString); Failed(status)) {
         return status;
     }
     if (IsSimulating() && GetText(identity_.model).empty()) {
-        SetText(identity_.model, Metadata().defaultModel);
+        SetInstrumentModel(Metadata().defaultModel);
     }
     for (std::size_t i = 0; i < kDriverFlagCount; ++i) {
         initialFlags_[i] = flags_[i];
@@ -129,9 +127,8 @@ HRESULT CDriver::ProcessOptionString(std::string_view text) {
 
 HRESULT CDriver::ProcessInitOption(std::string_view name, std::string_view value) {
     if (name.empty() || value.empty()) {
-        return reporter_.Report(
-            message::kInvalidValue,
-            {"0", "ProcessInitOption", name.empty() ? "strNameIn" : "strValueIn"});
+        return reporter_.ReportInvalidValue(
+            "ProcessInitOption", name.empty() ? "strNameIn" : "strValueIn", ValueText(0), {});
     }
     for (std::size_t i = 0; i < kDriverFlagCount; ++i) {
         if (!EqualsIgnoreCase(name, kFlagOptions[i].name)) {
@@ -139,17 +136,17 @@ HRESULT CDriver::ProcessInitOption(std::string_view name, std::string_view value
         }
         const std::optional<bool> flag = ParseBoolean(value);
         if (!flag.has_value()) {
-            return ReportUnknownOptionValue(value);
+            return reporter_.ReportUnknownOptionValue(value);
         }
         flags_[i] = *flag;
     }
-    const std::lock_guard guard(stateLock_);
-    initOptions_[ToLowerAscii(name)] = std::string(value);
+    configuration_.SetInitOption(name, value);
     return S_OK;
 }
 
 HRESULT CDriver::ProcessDriverSetup(std::string_view text) {
     SetText(driverSetup_, text);
+    configuration_.ClearDriverSetupOptions();
     std::string pairs(text);
     ReplaceAll(pairs, "NumPhases:", "NumPhases=");
     for (const auto& [name, value] : SplitPairs(pairs)) {
@@ -164,10 +161,10 @@ HRESULT CDriver::ProcessDriverSetupOption(std::string_view name, std::string_vie
     const auto is = [name](std::string_view option) { return EqualsIgnoreCase(name, option); };
     const std::optional<bool> flag = ParseBoolean(value);
     if ((is("Trace") || is("TraceArray")) && !flag.has_value()) {
-        return ReportUnknownOptionValue(value);
+        return reporter_.ReportUnknownOptionValue(value);
     }
     if (is("Model")) {
-        SetText(identity_.model, value);
+        SetInstrumentModel(value);
     } else if (is("Trace")) {
         if (const HRESULT status = trace_->SetEnabled(*flag); Failed(status)) {
             return status;
@@ -185,13 +182,8 @@ HRESULT CDriver::ProcessDriverSetupOption(std::string_view name, std::string_vie
     } else if (is("TraceTransform")) {
         trace_->transformName = value;
     }
-    const std::lock_guard guard(stateLock_);
-    driverSetupOptions_[ToLowerAscii(name)] = std::string(value);
+    configuration_.SetDriverSetupOption(name, value);
     return S_OK;
-}
-
-HRESULT CDriver::ReportUnknownOptionValue(std::string_view value) {
-    return reporter_.Report(message::kUnknownOptionValue, {value});
 }
 
 HRESULT CDriver::StartTrace() {
@@ -215,12 +207,29 @@ HRESULT CDriver::OpenSession() {
         return S_OK;
     }
     const std::string resource = ResourceDescriptor();
-    const HRESULT status = session_.Initialize(resource, this, &reporter_, this);
+    HRESULT status = session_.Initialize(resource, this, &reporter_, this);
     if (status == MakeStatus(0x80047060)) {
-        return reporter_.ReportDetail(message::kUnknownResource,
-                                      "Resource descriptor = " + resource + ".");
+        status = reporter_.ReportUnknownResource("Resource descriptor = " + resource + ".");
+    }
+    if (Failed(status)) {
+        NameStoreTrouble(status);
     }
     return status;
+}
+
+void CDriver::NameStoreTrouble(HRESULT status) {
+    const StoreReport store = configuration_.GetStoreReport();
+    if (!store.broken) {
+        return;
+    }
+    // What was opened may be a logical name, which nobody could know without the store.
+    ComPtr<IErrorInfo> error;
+    BstrPtr text;
+    if (GetErrorInfo(0, error.Out()) == S_OK) {
+        (void)error->GetDescription(text.Out());
+    }
+    (void)reporter_.RaiseWithStatus(status,
+                                    text.Utf8() + "\r\nConfiguration store: " + store.reason + ".");
 }
 
 HRESULT CDriver::CloseSession() {
@@ -235,8 +244,7 @@ HRESULT CDriver::ConnectInstrument(bool idQuery, bool reset) {
         return status;
     }
     if (idQuery && !IsKnownModel()) {
-        return reporter_.ReportDetail(message::kIdQueryFailed,
-                                      "Unrecognized model: " + GetInstrumentModel() + ".");
+        return reporter_.ReportIdQueryFailed("Unrecognized model: " + GetInstrumentModel() + ".");
     }
     if (const HRESULT status = BuildChildren(); Failed(status)) {
         return status;
@@ -250,7 +258,7 @@ HRESULT CDriver::ConnectInstrument(bool idQuery, bool reset) {
         return prepared;
     }
     const HRESULT status = Face<IIviDriverUtility>()->Reset();
-    return Failed(status) ? reporter_.Report(message::kResetFailed) : status;
+    return Failed(status) ? reporter_.ReportResetFailed() : status;
 }
 
 HRESULT CDriver::QueryIdentity() {
@@ -261,10 +269,10 @@ HRESULT CDriver::QueryIdentity() {
     if (const HRESULT status = session_.QueryString("*IDN?", &answer); Failed(status)) {
         return status;
     }
+    SetInstrumentModel(IdentityField(answer, 1));
     const std::lock_guard guard(stateLock_);
     identity_.answer = answer;
     identity_.manufacturer = IdentityField(answer, 0);
-    identity_.model = IdentityField(answer, 1);
     identity_.serial = IdentityField(answer, 2);
     identity_.firmware = IdentityField(answer, 3);
     return S_OK;
@@ -306,7 +314,7 @@ HRESULT CDriver::InitializeInstrument() {
 
 HRESULT CDriver::Close() {
     if (!initialized_) {
-        return reporter_.Report(message::kNotInitialized);
+        return reporter_.ReportNotInitialized({});
     }
     trace_->closing = true;
     const HRESULT closed = CloseSession();

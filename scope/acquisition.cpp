@@ -9,7 +9,7 @@ namespace kestrion::hooks::IKestrionAcquisition {
 // Waveform database mode does not exist on this family.
 HRESULT put_Mode(MemberCall& call, KestrionAcquisitionModeEnum val) {
     if (val == KestrionAcquisitionModeWfmDB && call.InstrumentInFamily("HeronB Series")) {
-        return call.ReportDetail(message::kWaveformDatabaseRefused, "InstrSet", {"Val"});
+        return call.Errors().ReportDetail(message::kWaveformDatabaseRefused, "InstrSet", {"Val"});
     }
     return call.SendCommand();
 }

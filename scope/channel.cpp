@@ -8,12 +8,6 @@
 namespace kestrion::hooks::IKestrionChannel {
 namespace {
 
-// Reports a value that the connected model doesn't have.
-HRESULT ReportValueNotSupported(MemberCall& call, std::string_view value,
-                                std::string_view parameter) {
-    return call.Report(message::kValueNotSupported, {value, parameter, call.Method().memberName});
-}
-
 struct BandwidthName {
     KestrionChannelBandwidthEnum value;
     std::string_view name;
@@ -27,15 +21,6 @@ constexpr BandwidthName kFive = {KestrionChannelBandwidthFive, "KestrionChannelB
 constexpr std::array<std::string_view, 6> kNoFullBandwidthFamilies = {
     "Lark Series", "LarkB Series", "Ibis Series", "IbisB Series", "IbisC Series", "Crake Series"};
 
-bool InAnyFamily(MemberCall& call, std::span<const std::string_view> families) {
-    for (const std::string_view family : families) {
-        if (call.InstrumentInFamily(family)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 }  // namespace
 
 HRESULT put_BandwidthEnum(MemberCall& call, KestrionChannelBandwidthEnum val) {
@@ -48,14 +33,14 @@ HRESULT put_BandwidthEnum(MemberCall& call, KestrionChannelBandwidthEnum val) {
         refused = kHeronB;
     } else if (call.InstrumentInFamily("Heron Series")) {
         refused = kHeron;
-    } else if (InAnyFamily(call, kNoFullBandwidthFamilies)) {
+    } else if (call.InstrumentInAnyFamily(kNoFullBandwidthFamilies)) {
         refused = kMiddle;
     } else {
         refused = kOthers;
     }
     for (const BandwidthName& bandwidth : refused) {
         if (bandwidth.value == val) {
-            return ReportValueNotSupported(call, bandwidth.name, "val");
+            return call.Errors().ReportValueNotSupported(bandwidth.name, "val");
         }
     }
     return call.SendCommand();
@@ -64,10 +49,10 @@ HRESULT put_BandwidthEnum(MemberCall& call, KestrionChannelBandwidthEnum val) {
 // One optical wavelength serves the whole instrument, so no channel may set it.
 HRESULT put_WaveLength(MemberCall& call, KestrionChannelWavelengthEnum) {
     if (!call.InstrumentInFamily("Crake Series")) {
-        return ReportValueNotSupported(call, "WaveLength", "val");
+        return call.Errors().ReportValueNotSupported("WaveLength", "val");
     }
     if (call.Node().Index() != -1) {
-        return call.ReportDetail(message::kChannelRefused, "InstrSet");
+        return call.Errors().ReportDetail(message::kChannelRefused, "InstrSet");
     }
     return call.SendCommand();
 }

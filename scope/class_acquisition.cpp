@@ -19,10 +19,6 @@ constexpr double kDivisions = 10.0;
 constexpr const char* kSinX = "SINX";
 constexpr const char* kLinear = "LINEAR";
 
-HRESULT ReportOutsideClass(MemberCall& call) {
-    return call.Report(message::kUnexpectedResponse);
-}
-
 }  // namespace
 
 // The class has a name for the first five modes only.
@@ -33,7 +29,7 @@ HRESULT get_Type(MemberCall& call, IviScopeAcquisitionTypeEnum* val) {
         return status;
     }
     if (mode < KestrionAcquisitionModeSample || mode > KestrionAcquisitionModeAverage) {
-        return ReportOutsideClass(call);
+        return call.Errors().ReportUnexpectedResponse({});
     }
     *val = static_cast<IviScopeAcquisitionTypeEnum>(mode);
     return status;
@@ -46,7 +42,7 @@ HRESULT get_SampleMode(MemberCall& call, IviScopeSampleModeEnum* val) {
         return status;
     }
     if (mode == KestrionAcquisitionSamplingModeIT) {
-        return ReportOutsideClass(call);
+        return call.Errors().ReportUnexpectedResponse({});
     }
     *val = static_cast<IviScopeSampleModeEnum>(mode);
     return status;
@@ -66,7 +62,7 @@ HRESULT get_Interpolation(MemberCall& call, IviScopeInterpolationEnum* val) {
         *val = IviScopeInterpolationLinear;
         return S_OK;
     }
-    return ReportOutsideClass(call);
+    return call.Errors().ReportUnexpectedResponse({});
 }
 
 HRESULT put_Interpolation(MemberCall& call, IviScopeInterpolationEnum val) {
@@ -76,8 +72,7 @@ HRESULT put_Interpolation(MemberCall& call, IviScopeInterpolationEnum val) {
     if (val == IviScopeInterpolationLinear) {
         return call.Write("DISPLAY:FILTER %s", kLinear);
     }
-    return call.Report(message::kValueNotSupported,
-                       {std::to_string(val), "val", call.Method().memberName});
+    return call.Errors().ReportValueNotSupported(ValueText(val), "val");
 }
 
 HRESULT get_StartTime(MemberCall& call, double* val) {

@@ -39,8 +39,8 @@ WaveformTransaction::WaveformTransaction(MemberCall& call, KestrionSourceEnum so
                                                                            : SourceKind::kMath),
       steps_(call) {}
 
-bool WaveformTransaction::Fail(std::int32_t code, std::string_view detail) {
-    steps_.SetStatus(call_.ReportDetail(code, detail));
+bool WaveformTransaction::Fail(HRESULT reported) {
+    steps_.SetStatus(reported);
     return false;
 }
 
@@ -69,7 +69,7 @@ bool WaveformTransaction::CheckSource() {
     }
     if (selected != 1) {
         RestoreHeader();
-        return Fail(message::kChannelNotEnabled, "Channel Not Enabled error");
+        return Fail(call_.Errors().ReportChannelNotEnabled("Channel Not Enabled error"));
     }
     return true;
 }
@@ -83,7 +83,7 @@ bool WaveformTransaction::CheckMode() {
     }
     if (!IsTransferable(mode)) {
         RestoreHeader();
-        return Fail(message::kInvalidAcquisitionType, "Invalid Acquisition Type error");
+        return Fail(call_.Errors().ReportInvalidAcquisitionType("Invalid Acquisition Type error"));
     }
     return true;
 }
@@ -179,7 +179,7 @@ bool WaveformTransaction::ReadHeader(bool countTest) {
         return true;
     }
     Restore();
-    return Fail(message::kPreviewState, {});
+    return Fail(call_.Errors().ReportPreviewState());
 }
 
 bool WaveformTransaction::ReadBlock(std::uint8_t* block) {
@@ -191,10 +191,12 @@ bool WaveformTransaction::ReadBlock(std::uint8_t* block) {
         return false;
     }
     if (actual < blockLength_) {
-        return Fail(message::kUnexpectedResponse, "The waveform block is shorter than announced.");
+        return Fail(call_.Errors().ReportUnexpectedResponse(
+            "The waveform block is shorter than announced."));
     }
     if (actual == wanted && block[blockLength_] != '\n') {
-        return Fail(message::kUnexpectedResponse, "The waveform block is longer than announced.");
+        return Fail(call_.Errors().ReportUnexpectedResponse(
+            "The waveform block is longer than announced."));
     }
     // A raw socket can't tell that nothing follows.
     (void)call_.Session().EndResponse();

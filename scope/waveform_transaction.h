@@ -61,7 +61,7 @@ class WaveformTransaction {
     bool ReadBlock(std::uint8_t* block);
     void QueryPreamble(double* xIncrement);
     void QueryInitialX(double* initialX, double xIncrement);
-    bool Fail(std::int32_t code, std::string_view detail);
+    bool Fail(HRESULT reported);
 
     MemberCall& call_;
     KestrionSourceEnum source_;

@@ -48,8 +48,7 @@ HRESULT ReadWaveform(MemberCall& call, KestrionSourceEnum WaveformSource, LONG M
     }
     if (wait.Acquire(MaxTimeMiliseconds) == AcquisitionOutcome::kTimedOut) {
         transaction.RestoreHeader();
-        return call.ReportDetail(message::kMaxTimeExceeded,
-                                 "Maximum Acquisition timeout exceeded.");
+        return call.Errors().ReportMaxTimeExceeded("Maximum Acquisition timeout exceeded.");
     }
     transaction.SetUp();
     if (!transaction.ReadHeader(false)) {

@@ -5,14 +5,12 @@ namespace kestrion {
 ModelFamilyTable::ModelFamilyTable(std::span<const FamilyData> families) {
     for (const FamilyData& data : families) {
         for (const std::string_view model : data.models) {
+            ModelRecord& record = models_[model];
             // A model without a family is known and is in none.
-            if (!data.name.empty()) {
-                Family& family = familyModels_[data.name];
-                if (family.isMember.TryAdd(model, true)) {
-                    family.models.push_back(model);
-                }
+            if (!data.name.empty() && !record.IsIn(data.name)) {
+                familyModels_[data.name].push_back(model);
+                record.families.push_back(data.name);
             }
-            modelFamily_.Set(model, data.name);
         }
     }
 }
@@ -22,23 +20,20 @@ const ModelFamilyTable& ModelFamilyTable::Instance() {
     return table;
 }
 
-bool ModelFamilyTable::IsKnownModel(std::string_view model) const {
-    return modelFamily_.Contains(model);
-}
-
 bool ModelFamilyTable::IsModelInFamily(std::string_view model, std::string_view family) const {
-    const Family* found = familyModels_.Find(family);
-    return found != nullptr && found->isMember.Contains(model);
+    const ModelRecord* found = Find(model);
+    return found != nullptr && found->IsIn(family);
 }
 
 std::string_view ModelFamilyTable::FamilyOf(std::string_view model) const {
-    const std::string_view* found = modelFamily_.Find(model);
-    return found == nullptr ? std::string_view() : *found;
+    const ModelRecord* found = Find(model);
+    return found == nullptr || found->families.empty() ? std::string_view()
+                                                        : found->families.back();
 }
 
 std::span<const std::string_view> ModelFamilyTable::ModelsOf(std::string_view family) const {
-    const Family* found = familyModels_.Find(family);
-    return found == nullptr ? std::span<const std::string_view>() : found->models;
+    const auto* found = familyModels_.Find(family);
+    return found == nullptr ? std::span<const std::string_view>() : *found;
 }
 
 }  // namespace kestrion

@@ -1,6 +1,7 @@
 // Which models there are and in which family each of them is.
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,16 @@
 #include "tables/hash_map.h"
 
 namespace kestrion {
+
+// One known model.
+struct ModelRecord {
+    // The families that list it, in table order; none for a model without a family.
+    std::vector<std::string_view> families;
+
+    [[nodiscard]] bool IsIn(std::string_view family) const {
+        return std::ranges::find(families, family) != families.end();
+    }
+};
 
 // Names compare exactly. The families are flat: "LarkB Series" has nothing to do with "Lark
 // Series". Read-only once made, so any thread may ask.
@@ -20,7 +31,7 @@ class ModelFamilyTable {
     // The table over AllFamilies(), made on first use.
     [[nodiscard]] static const ModelFamilyTable& Instance();
 
-    [[nodiscard]] bool IsKnownModel(std::string_view model) const;
+    [[nodiscard]] bool IsKnownModel(std::string_view model) const { return Find(model) != nullptr; }
     // False for an unknown family too.
     [[nodiscard]] bool IsModelInFamily(std::string_view model, std::string_view family) const;
     // Empty for an unknown model. The last family that lists a model is its family.
@@ -28,13 +39,14 @@ class ModelFamilyTable {
     // In table order; empty for an unknown family.
     [[nodiscard]] std::span<const std::string_view> ModelsOf(std::string_view family) const;
 
+    // What there is of a model, for as long as the table lives; null for an unknown one.
+    [[nodiscard]] const ModelRecord* Find(std::string_view model) const {
+        return models_.Find(model);
+    }
+
   private:
-    struct Family {
-        std::vector<std::string_view> models;
-        HashMap<std::string_view, bool> isMember;
-    };
-    HashMap<std::string_view, Family> familyModels_;
-    HashMap<std::string_view, std::string_view> modelFamily_;
+    HashMap<std::string_view, std::vector<std::string_view>> familyModels_;
+    HashMap<std::string_view, ModelRecord> models_;
 };
 
 // A model of two channels has a name of more than six characters with '2' as the seventh.

@@ -21,6 +21,7 @@ ROOMS = (
     "platform",
     "io",
     "tables",
+    "store",
     "core",
     "scope",
     "groups",
@@ -41,7 +42,7 @@ ROOMS = (
 )
 
 PUBLIC = ("kestrion", "kestrion/platform")
-LOWER = ("io", "tables", "platform", *PUBLIC)
+LOWER = ("io", "tables", "store", "platform", *PUBLIC)
 HAND_WRITTEN_BODIES = ("core", *LOWER, "generated/members", "generated/hooks")
 
 # What a room may include beside itself: rooms, or single headers where the door is narrower.
@@ -51,6 +52,7 @@ MAY_INCLUDE = {
     "platform": ("kestrion/platform",),
     "io": ("platform", "kestrion/platform"),
     "tables": ("platform", "kestrion/platform"),
+    "store": ("platform", "kestrion/platform"),
     "core": HAND_WRITTEN_BODIES,
     "scope": HAND_WRITTEN_BODIES,
     "groups": HAND_WRITTEN_BODIES,

@@ -4,7 +4,6 @@
 #include <fstream>
 #include <iterator>
 
-#include "hosting/create.h"
 #include "hosting/objects.h"
 #include "tests/support/scope_fixture.h"
 
@@ -67,8 +66,62 @@ TEST_F(DriverOptionsTest, AnUnknownNameIsNoError) {
     ASSERT_EQ(Initialize("", "simulate=true,colour=blue,DriverSetup=Shape=round"), S_OK);
 }
 
+TEST_F(DriverOptionsTest, ANameOrAValueOfBlanksIsAnInvalidValue) {
+    EXPECT_EQ(Initialize("", "simulate=true, =x"), MakeStatus(0x80047010));
+    EXPECT_EQ(ErrorText(),
+              "Kestrion: Invalid value (0) for method ProcessInitOption, parameter strNameIn.");
+    EXPECT_EQ(Initialize("", "cache= "), MakeStatus(0x80047010));
+    EXPECT_EQ(ErrorText(),
+              "Kestrion: Invalid value (0) for method ProcessInitOption, parameter strValueIn.");
+}
+
+TEST_F(DriverOptionsTest, ANameWithoutAValueIsIgnored) {
+    for (const char* options : {"cache", "cache=", "=true", "cache,simulate=true", ",,=x"}) {
+        if (std::string_view(options).find("simulate") == std::string_view::npos) {
+            ExpectStartUp("PL7254C");
+        }
+        EXPECT_EQ(Initialize("GPIB0::1::INSTR", options), S_OK) << options;
+        EXPECT_TRUE(Flag(&IIviDriverOperation::get_Cache)) << options;
+        EXPECT_EQ(scope->Close(), S_OK);
+    }
+}
+
+TEST_F(DriverOptionsTest, EveryFlagTakesTheThreeFormsOfTrueAndOfFalse) {
+    struct Option {
+        const char* name;
+        HRESULT (IIviDriverOperation::*get)(VARIANT_BOOL*);
+    };
+    const Option options[] = {
+        {"cache", &IIviDriverOperation::get_Cache},
+        {"QueryInstrStatus", &IIviDriverOperation::get_QueryInstrumentStatus},
+        {"RANGECHECK", &IIviDriverOperation::get_RangeCheck},
+        {"recordCoercions", &IIviDriverOperation::get_RecordCoercions},
+    };
+    for (const Option& option : options) {
+        for (const char* value :
+             {"true", "VI_TRUE", "1", "false", "VI_FALSE", "0", "TRUE", "False"}) {
+            const std::string text =
+                "simulate=true," + std::string(option.name) + "=" + std::string(value);
+            ASSERT_EQ(Initialize("", text), S_OK) << text;
+            const char first = value[0] == 'V' ? value[3] : value[0];
+            EXPECT_EQ(Flag(option.get), first == 't' || first == 'T' || first == '1') << text;
+            ASSERT_EQ(scope->Close(), S_OK);
+        }
+    }
+}
+
+TEST_F(DriverOptionsTest, ABadValueOfAnyFlagIsNamedAndEndsTheStartUp) {
+    for (const char* name : {"cache", "interchangecheck", "queryinstrstatus", "rangecheck",
+                             "recordcoercions", "simulate"}) {
+        EXPECT_EQ(Initialize("GPIB0::1::INSTR", std::string(name) + "=2"), MakeStatus(0x8004704C))
+            << name;
+        EXPECT_EQ(ErrorText(), "Kestrion: The 2 value in the option string is unknown.") << name;
+        EXPECT_TRUE(fake.Calls().empty());
+    }
+}
+
 TEST_F(DriverOptionsTest, NumPhasesMayBeWrittenWithAColon) {
-    const auto root = ComPtr<CDriver>::Attach(new Kestrion(SystemEnvironment()));
+    const auto root = ComPtr<CDriver>::Attach(new Kestrion(Environment()));
     const std::string resource = "GPIB0::1::INSTR";
     ASSERT_EQ(root->Initialize(&resource, false, false,
                                "simulate=true,colour=Blue,DriverSetup=NumPhases:3, Shape=Round"),

@@ -8,6 +8,7 @@ namespace {
 
 class InherentTest : public ScopeTest {
   protected:
+    CDriver& Root() { return *static_cast<CDriver*>(Query<IUnknown>(scope.Get()).Get()); }
     ComPtr<IIviDriverUtility> Utility() { return As<IIviDriverUtility>(); }
     ComPtr<IIviDriverOperation> Operation() { return As<IIviDriverOperation>(); }
     template <typename Interface>
@@ -121,9 +122,58 @@ TEST_F(InherentTest, MembersThatThisDriverDoesNotSupport) {
     EXPECT_EQ(text.Get(), nullptr);
 }
 
-TEST_F(InherentTest, ThereIsNeverACoercionRecord) {
+TEST_F(InherentTest, TheNextInterchangeWarningNeedsAPlaceFirst) {
+    Simulate();
+    EXPECT_EQ(Operation()->GetNextInterchangeWarning(nullptr), MakeStatus(0x80047058));
+    EXPECT_EQ(ErrorText(),
+              "Kestrion: Null pointer passed for method GetNextInterchangeWarning, parameter "
+              "pbstrWarning.");
+}
+
+TEST_F(InherentTest, ThereIsNoCSessionBelow) {
+    Simulate();
+    const auto wrapper = As<IIviClassWrapper>();
+    EXPECT_EQ(wrapper->AttachToExistingCSession(1), MakeStatus(0x80047011));
+    EXPECT_EQ(ErrorText(),
+              "Kestrion: Does not support this class-compliant feature: method "
+              "AttachToExistingCSession.");
+    LONG handle = 7;
+    EXPECT_EQ(wrapper->get_NativeCHandle(&handle), MakeStatus(0x80047012));
+    EXPECT_EQ(ErrorText(),
+              "Kestrion: Does not support this class-compliant feature: property "
+              "get_NativeCHandle.");
+    EXPECT_EQ(handle, 0);
+}
+
+TEST_F(InherentTest, WithoutACoercionThereIsNoRecord) {
     Connect("PL7254C", "recordcoercions=true");
     EXPECT_EQ(Text(&IIviDriverOperation::GetNextCoercionRecord), "");
+    EXPECT_EQ(Operation()->GetNextCoercionRecord(nullptr), MakeStatus(0x80047058));
+    EXPECT_EQ(ErrorText(),
+              "Kestrion: Null pointer passed for method GetNextCoercionRecord, parameter val.");
+}
+
+TEST_F(InherentTest, CoercionRecordsComeOldestFirstWhileTheOptionIsOn) {
+    Simulate();
+    Root().GetCoercionQueue().Add("first");
+    Root().GetCoercionQueue().Add("second");
+    EXPECT_EQ(Text(&IIviDriverOperation::GetNextCoercionRecord), "");
+    EXPECT_EQ(Operation()->put_RecordCoercions(VARIANT_TRUE), S_OK);
+    EXPECT_EQ(Text(&IIviDriverOperation::GetNextCoercionRecord), "first");
+    // The queue outlasts the connection.
+    EXPECT_EQ(scope->Close(), S_OK);
+    ASSERT_EQ(Initialize("GPIB0::1::INSTR", "simulate=true,recordcoercions=true"), S_OK);
+    EXPECT_EQ(Text(&IIviDriverOperation::GetNextCoercionRecord), "second");
+    EXPECT_EQ(Text(&IIviDriverOperation::GetNextCoercionRecord), "");
+}
+
+TEST_F(InherentTest, AFullCoercionQueueThrowsTheOldestAway) {
+    Simulate();
+    EXPECT_EQ(Operation()->put_RecordCoercions(VARIANT_TRUE), S_OK);
+    for (int i = 0; i <= 1000; ++i) {
+        Root().GetCoercionQueue().Add(std::to_string(i));
+    }
+    EXPECT_EQ(Text(&IIviDriverOperation::GetNextCoercionRecord), "1");
 }
 
 TEST_F(InherentTest, SelfTestTellsTheResultInWords) {

@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -215,6 +217,36 @@ TEST_F(MethodTraceTest, ANestedCallStandsInsideOfTheOuterOne) {
               "</Method>\r\n");
 }
 
+TEST_F(MethodTraceTest, RecordsThatInterleaveLoseTheirNestingButNotTheirTags) {
+    const HRESULT status = S_OK;
+    const HRESULT failure = kFailure;
+    std::optional<CMethodTrace> first(std::in_place, &writer_, "I", "First", &status, Parameters());
+    std::optional<CMethodTrace> second(std::in_place, &writer_, "I", "Second", &failure,
+                                       Parameters());
+    first.reset();
+    second.reset();
+    EXPECT_EQ(Body(),
+              "<Method Name=\"First\" Interface=\"I\" "
+              "StartTime=\"14:5:7:89\" Thread=\"N\" Timestamp=\"5000\">\r\n"
+              "\t<Method Name=\"Second\" Interface=\"I\" "
+              "StartTime=\"14:5:7:89\" Thread=\"N\" Timestamp=\"5250\">\r\n"
+              "\t\t<HRESULT Value=\"0x00000000\"/>\r\n"
+              "\t\t<Execution ExecutionTime=\"5.000000e-01\"/>\r\n"
+              "\t</Method>\r\n"
+              "\t<HRESULT Value=\"0x80047017\"/>\r\n"
+              "\t<Execution ExecutionTime=\"5.000000e-01\"/>\r\n"
+              "</Method>\r\n");
+}
+
+TEST_F(MethodTraceTest, OfMoreThanTwentyFiveRecordsTheFirstAreWritten) {
+    std::array<ParameterRecord, 26> records;
+    records.fill(In("kept", LONG{1}));
+    records.back() = In("dropped", LONG{1});
+    Call(records);
+    EXPECT_EQ(Count(Body(), "Name=\"kept\""), 25U);
+    EXPECT_THAT(Body(), Not(HasSubstr("dropped")));
+}
+
 TEST_F(MethodTraceTest, TheThreadIsTheCallersDecimalNumber) {
     Call();
     EXPECT_THAT(host_.Content(),
@@ -325,6 +357,40 @@ TEST_F(MethodTraceTest, EachKindHasItsName) {
         EXPECT_THAT(Body(), HasSubstr("DataType=\"" + std::string(row.name) + "\"/>"));
     }
     EXPECT_THAT(Body(), Not(HasSubstr("unknown")));
+}
+
+TEST_F(MethodTraceTest, EachKindOfArrayHasItsNameWithBrackets) {
+    const std::pair<VARTYPE, const char*> kinds[] = {
+        {VT_I2, "Int16[]"},         {VT_I4, "Int32[]"},
+        {VT_I8, "Int64[]"},         {VT_UI2, "UInt16[]"},
+        {VT_UI4, "UInt32[]"},       {VT_UI8, "UInt64[]"},
+        {VT_R4, "Single[]"},        {VT_R8, "Double[]"},
+        {VT_BOOL, "Boolean[]"},     {VT_UI1, "Byte[]"},
+        {VT_I1, "Char[]"},          {VT_BSTR, "String[]"},
+        {VT_VARIANT, "VARIANT[]"},  {VT_DISPATCH, "IDispatch[]"},
+        {VT_UNKNOWN, "IUnknown[]"}, {VARTYPE{99}, "(unknown)"}};
+    SAFEARRAY* none = nullptr;
+    for (const auto& [kind, name] : kinds) {
+        Call(Parameters(OutArray("out", &none, kind), InArray("in", none, kind)));
+        EXPECT_EQ(Count(Body(), "DataType=\"" + std::string(name) + "\"/>"), 2U) << name;
+    }
+}
+
+TEST_F(MethodTraceTest, AnArrayThatTheBodyMadeIsWrittenAtExit) {
+    writer_.traceArrays = true;
+    SafeArrayPtr array;
+    SAFEARRAY* target = nullptr;
+    {
+        const HRESULT status = S_OK;
+        const auto records = Parameters(OutArray("val", &target, VT_I4));
+        const CMethodTrace trace(&writer_, "I", "M", &status, records);
+        array = SafeArrayPtr(SafeArrayCreateVector(VT_I4, 0, 2));
+        array.Elements<LONG>()[1] = 7;
+        target = array.Get();
+    }
+    EXPECT_THAT(Body(), HasSubstr("NumDims=\"1\" DimSizes=\"2\" DataType=\"Int32[]\">\r\n"
+                                  "\t\t<Element Value=\"0\"/>\r\n"
+                                  "\t\t<Element Value=\"7\"/>\r\n"));
 }
 
 TEST_F(MethodTraceTest, ANullTargetIsNull) {

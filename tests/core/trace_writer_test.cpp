@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "core/shared_folder.h"
 #include "tests/core/fake_trace_host.h"
 
 namespace kestrion {
@@ -117,6 +118,17 @@ TEST_F(TraceWriterTest, StartWhileRunningFailsAndOpensNoSecondFile) {
     EXPECT_EQ(writer_.RunState(), TraceRunState::kRunning);
 }
 
+TEST_F(TraceWriterTest, AStartWhileRunningMakesTheNextRecordTheLastOfItsFile) {
+    ASSERT_EQ(writer_.Start(), S_OK);
+    EXPECT_FALSE(writer_.closing);
+    EXPECT_EQ(writer_.Start(), kUnexpected);
+    EXPECT_TRUE(writer_.closing);
+    EXPECT_EQ(writer_.Stop(), S_OK);
+    EXPECT_FALSE(writer_.closing);
+    EXPECT_EQ(writer_.Start(), S_OK);
+    EXPECT_FALSE(writer_.closing);
+}
+
 TEST_F(TraceWriterTest, AFileThatCannotBeOpenedFailsTheStart) {
     host_.createStatus = static_cast<HRESULT>(0x80070005U);
     EXPECT_EQ(writer_.Start(), static_cast<HRESULT>(0x80070005U));
@@ -174,6 +186,46 @@ TEST_F(TraceWriterTest, AStylesheetThatIsNowhereLeavesNoLine) {
     writer_.transformName = "mine";
     host_.existing = {"/usr/share/driver/mine.xslt"};
     EXPECT_EQ(StylesheetLine(), "");
+}
+
+TEST_F(TraceWriterTest, AStylesheetThatIsMissingIsReplacedByTheDefaultOne) {
+    host_.sharedFolder = "/usr/share/driver";
+    writer_.transformName = "/styles/mine.xslt";
+    host_.existing = {"/usr/share/driver/trace.xslt"};
+    EXPECT_EQ(StylesheetLine(),
+              R"(<?xml-stylesheet type="text/xsl" href="file:\\/usr/share/driver/trace.xslt"?>)");
+}
+
+TEST_F(TraceWriterTest, AStylesheetBesideTheTraceFileIsPreferred) {
+    writer_.traceName = "/logs/a.xml";
+    host_.sharedFolder = "/usr/share/driver";
+    host_.existing = {"/logs/trace.xslt", "/usr/share/driver/trace.xslt"};
+    EXPECT_EQ(StylesheetLine(),
+              R"(<?xml-stylesheet type="text/xsl" href="file:\\/logs/trace.xslt"?>)");
+}
+
+TEST_F(TraceWriterTest, ARelativeStylesheetPathStandsForItself) {
+    writer_.traceName = "/logs/a.xml";
+    writer_.transformName = "styles/mine";
+    host_.existing = {"styles/mine.xslt"};
+    EXPECT_EQ(StylesheetLine(),
+              R"(<?xml-stylesheet type="text/xsl" href="file:\\styles/mine.xslt"?>)");
+}
+
+TEST_F(TraceWriterTest, AnotherExtensionOfTheStylesheetGetsTheRightOneAdded) {
+    writer_.traceName = "/logs/a.xml";
+    writer_.transformName = "mine.xsl";
+    host_.existing = {"/logs/mine.xsl", "/logs/mine.xsl.xslt"};
+    EXPECT_EQ(StylesheetLine(),
+              R"(<?xml-stylesheet type="text/xsl" href="file:\\/logs/mine.xsl.xslt"?>)");
+}
+
+TEST_F(TraceWriterTest, BlanksAndForeignLettersOfAStylesheetPathStayAsTheyAre) {
+    writer_.transformName = "/my styles/\u00C4\u03A9.xslt";
+    host_.existing = {"/my styles/\u00C4\u03A9.xslt"};
+    EXPECT_EQ(StylesheetLine(),
+              "<?xml-stylesheet type=\"text/xsl\" "
+              "href=\"file:\\\\/my styles/\u00C4\u03A9.xslt\"?>");
 }
 
 TEST_F(TraceWriterTest, AStylesheetPathCannotBreakOutOfItsLine) {
@@ -401,11 +453,19 @@ TEST_F(SaveCheckTest, TheMinutesWrapAtEachFullHour) {
     EXPECT_EQ(FlushesAt(36120 + 3600 + 120), 1);
 }
 
-TEST_F(SaveCheckTest, AnIntervalOfAnHourNeverSaves) {
-    writer_.saveInterval = 60;
-    for (int minute = 0; minute < 200; ++minute) {
-        EXPECT_EQ(FlushesAt(36000 + minute * 60), 0) << minute;
+TEST_F(SaveCheckTest, AnIntervalOfAnHourOrMoreNeverSaves) {
+    for (const int interval : {60, 61, 120}) {
+        writer_.saveInterval = interval;
+        for (int minute = 0; minute < 200; ++minute) {
+            EXPECT_EQ(FlushesAt(36000 + minute * 60), 0) << interval << " " << minute;
+        }
     }
+}
+
+TEST_F(SaveCheckTest, AnIntervalOfFiftyNineMinutesSavesInTheLastOneOfTheHour) {
+    writer_.saveInterval = 59;
+    EXPECT_EQ(FlushesAt(36000 + 58 * 60 + 59), 0);
+    EXPECT_EQ(FlushesAt(36000 + 59 * 60), 1);
 }
 
 TEST_F(SaveCheckTest, AFailedFlushIsReportedAndCountsAsASave) {
@@ -489,6 +549,12 @@ TEST_F(TraceWriterTest, MeasuresTimeByTheCounterAndItsFrequency) {
 }
 
 TEST(SystemTraceTest, WritesARealFileThatOthersCanReadMeanwhile) {
+    const std::string begin =
+        "<?xml version=\"1.0\"?>\r\n"
+        "<?xml-stylesheet type=\"text/xsl\" href=\"file:\\\\" +
+        SharedFolder("trace.xslt") +
+        "/trace.xslt\"?>\r\n"
+        "<TraceRecords>\r\n";
     const std::string path = testing::TempDir() + "trace_writer_test.xml";
     {
         std::ofstream(path) << "something older and longer than the beginning of a document";
@@ -502,11 +568,11 @@ TEST(SystemTraceTest, WritesARealFileThatOthersCanReadMeanwhile) {
         EXPECT_EQ(writer.CheckSave(), S_OK);
         std::ostringstream meanwhile;
         meanwhile << std::ifstream(path, std::ios::binary).rdbuf();
-        EXPECT_EQ(meanwhile.str(), std::string(kDocumentBegin) + "<A/>\r\n");
+        EXPECT_EQ(meanwhile.str(), begin + "<A/>\r\n");
     }
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();
-    EXPECT_EQ(text.str(), std::string(kDocumentBegin) + "<A/>\r\n</TraceRecords>\r\n");
+    EXPECT_EQ(text.str(), begin + "<A/>\r\n</TraceRecords>\r\n");
     std::filesystem::remove(path);
 }
 

@@ -43,9 +43,11 @@ class ArrowsTest(IncludeDirectionsTest):
     def test_rooms_side_by_side_do_not_include_each_other(self) -> None:
         self.write("io/a.h", '#include "tables/b.h"\n')
         self.write("scope/a.h", '#include "groups/b.h"\n')
+        self.write("store/a.h", '#include "tables/b.h"\n')
         self.write("tables/a.h", '#include "io/b.h"\n')
         self.expect_faults('io/a.h:1: room io must not include tables: "tables/b.h"',
                            'scope/a.h:1: room scope must not include groups: "groups/b.h"',
+                           'store/a.h:1: room store must not include tables: "tables/b.h"',
                            'tables/a.h:1: room tables must not include io: "io/b.h"')
 
     def test_bodies_do_not_reach_past_core_to_the_objects(self) -> None:

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <memory>
-#include <utility>
 
 #include "hosting/create.h"
 #include "hosting/objects.h"
@@ -11,9 +10,17 @@
 namespace kestrion {
 
 ScopeTest::ScopeTest() {
+    EXPECT_EQ(CreateKestrion(Environment(), scope.Out()), S_OK);
+    EXPECT_EQ(SetErrorInfo(0, nullptr), S_OK);
+}
+
+ScopeTest::~ScopeTest() = default;
+
+DriverEnvironment ScopeTest::Environment() {
     DriverEnvironment environment;
     environment.makeRepCap = MakeRepCap;
     environment.clock = &clock;
+    environment.openStore = [this] { return store; };
     environment.chooseVisa = [this](std::string_view) {
         if (!visaProblem.empty()) {
             return VisaSelection{nullptr, visaProblem};
@@ -22,11 +29,8 @@ ScopeTest::ScopeTest() {
             std::make_shared<const VisaLibrary>(fake.Table(), "scripted", "for a test", nullptr),
             {}};
     };
-    EXPECT_EQ(CreateKestrion(std::move(environment), scope.Out()), S_OK);
-    EXPECT_EQ(SetErrorInfo(0, nullptr), S_OK);
+    return environment;
 }
-
-ScopeTest::~ScopeTest() = default;
 
 void ScopeTest::TearDown() {
     EXPECT_TRUE(fake.Finished());

@@ -35,6 +35,9 @@ class ScopeTest : public testing::Test {
     ~ScopeTest() override;
     void TearDown() override;
 
+    // What the driver is made of here, for tests that make one of their own.
+    DriverEnvironment Environment();
+
     // Initialize as a caller does it; the resource and the options are ASCII.
     HRESULT Initialize(std::string_view resource, std::string_view options = "",
                        bool idQuery = false, bool reset = false);
@@ -59,6 +62,8 @@ class ScopeTest : public testing::Test {
     FakeVisa fake;
     // Where set, no VISA library can be had, for this reason.
     std::string visaProblem;
+    // What the next Initialize finds: no configuration store, unless a test puts one here.
+    StoreSelection store{.store = nullptr, .path = "", .reason = "there is none in this test"};
     FakeClock clock;
     ComPtr<IKestrion> scope;
 };
