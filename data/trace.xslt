@@ -17,6 +17,8 @@
     match="Method[translate(substring(HRESULT/@Value, 3, 1), '89ABCDEF', '') = '' and HRESULT]"/>
 <xsl:variable name="failed" select="$calls[key('failure', generate-id())]"/>
 
+<!-- The longest duration, which the bars are measured by. The order is by zero or not, exponent and
+     mantissa, here and in the list of the slowest calls: XSLT 1.0 can't share it. -->
 <xsl:variable name="slowest">
   <xsl:call-template name="nanoseconds">
     <xsl:with-param name="seconds">
@@ -134,8 +136,10 @@
         <xsl:if test="position() &lt;= $listed">
           <li>
             <xsl:attribute name="class"><xsl:call-template name="outcome"/></xsl:attribute>
-            <xsl:call-template name="link"/>
-            <xsl:call-template name="mark"/>
+            <span class="which">
+              <xsl:call-template name="link"/>
+              <xsl:call-template name="mark"/>
+            </span>
             <xsl:apply-templates select="Execution"/>
           </li>
         </xsl:if>
@@ -245,7 +249,9 @@
   </xsl:variable>
   <tr id="call-{position()}" class="{$class}" data-depth="{$depth}">
     <xsl:if test="$depth &gt; 0">
-      <xsl:attribute name="style"><xsl:value-of select="concat('--depth: ', $shown)"/></xsl:attribute>
+      <xsl:attribute name="style">
+        <xsl:value-of select="concat('--depth: ', $shown)"/>
+      </xsl:attribute>
     </xsl:if>
     <td class="number"><xsl:value-of select="position()"/></td>
     <td class="start">
@@ -534,8 +540,12 @@
   <xsl:param name="number"/>
   <xsl:choose>
     <xsl:when test="$number = 0">0</xsl:when>
-    <xsl:when test="$number &lt; 9.995"><xsl:value-of select="format-number($number, '0.00')"/></xsl:when>
-    <xsl:when test="$number &lt; 99.95"><xsl:value-of select="format-number($number, '0.0')"/></xsl:when>
+    <xsl:when test="$number &lt; 9.995">
+      <xsl:value-of select="format-number($number, '0.00')"/>
+    </xsl:when>
+    <xsl:when test="$number &lt; 99.95">
+      <xsl:value-of select="format-number($number, '0.0')"/>
+    </xsl:when>
     <xsl:otherwise><xsl:value-of select="format-number($number, '0')"/></xsl:otherwise>
   </xsl:choose>
 </xsl:template>
@@ -618,55 +628,81 @@
     h2 { font-size: 1rem; margin: 0 0 .5rem; }
     a { color: var(--link); text-decoration: none; }
     a:hover, a:focus-visible { text-decoration: underline; }
-    code, .member, .value, .name { font-family: ui-monospace, "DejaVu Sans Mono", Menlo, Consolas, monospace; font-size: .93em; }
+    code, .member, .value, .name {
+      font-family: ui-monospace, "DejaVu Sans Mono", Menlo, Consolas, monospace; font-size: .93em;
+    }
 
     .figures { display: flex; flex-wrap: wrap; gap: .75rem; margin: 0 0 1.5rem; }
-    .figures > div { background: var(--raised); border: 1px solid var(--line); border-radius: 6px; padding: .6rem 1rem; min-width: 7rem; }
+    .figures > div {
+      background: var(--raised); border: 1px solid var(--line); border-radius: 6px;
+      padding: .6rem 1rem; min-width: 7rem;
+    }
     .figures dt { color: var(--quiet); }
     .figures dd { margin: 0; font-size: 1.5rem; font-weight: 600; line-height: 1.25; }
     .figures dd.aside { font-size: .85rem; font-weight: 400; color: var(--quiet); }
     .figures .failures { border: 2px solid var(--bad); background: var(--bad-page); }
     .figures .failures dt, .figures .failures dd { color: var(--bad); }
 
-    .lists { display: grid; grid-template-columns: repeat(auto-fit, minmax(min(26rem, 100%), 1fr)); gap: 1.5rem 2.5rem; margin-bottom: 2rem; }
+    .lists {
+      display: grid; grid-template-columns: repeat(auto-fit, minmax(min(26rem, 100%), 1fr));
+      gap: 1.5rem 2.5rem; margin-bottom: 2rem;
+    }
     .list ol { list-style: none; margin: 0; padding: 0; }
-    .list li { display: grid; grid-template-columns: minmax(0, 1fr) minmax(0, 1fr); gap: .25rem 1rem; padding: .3rem 0; border-top: 1px solid var(--line); }
-    #slowest li { grid-template-columns: minmax(0, 1fr) auto minmax(0, 1fr); align-items: center; }
-    #slowest .time { grid-column: -2; }
+    .list li {
+      display: grid; grid-template-columns: minmax(0, 1fr) minmax(0, 1fr); gap: .25rem 1rem;
+      padding: .3rem 0; border-top: 1px solid var(--line);
+    }
+    .which { display: flex; gap: .6rem; align-items: baseline; }
     .list a { display: flex; gap: .6rem; align-items: baseline; }
     .list .number { min-width: 2.2em; text-align: right; }
     .more { color: var(--quiet); margin: .3rem 0; }
 
     table { width: 100%; border-collapse: collapse; table-layout: fixed; }
-    th:nth-child(1) { width: 3.6rem; }
-    th:nth-child(2) { width: 7.2rem; }
-    th:nth-child(3) { width: 5.4rem; }
+    th:nth-child(1) { width: 4.1em; }
+    th:nth-child(2) { width: 8.3em; }
+    th:nth-child(3) { width: 6.2em; }
     th:nth-child(4) { width: 23%; }
     th:nth-child(6) { width: 16%; }
     th:nth-child(7) { width: 19%; }
-    th { position: sticky; top: 0; background: var(--raised); color: var(--quiet); font-weight: 600; text-align: left; border-bottom: 2px solid var(--line); padding: .4rem .6rem; z-index: 1; }
+    th {
+      position: sticky; top: 0; background: var(--raised); color: var(--quiet); font-weight: 600;
+      text-align: left; border-bottom: 2px solid var(--line); padding: .4rem .6rem; z-index: 1;
+    }
     td { vertical-align: top; border-bottom: 1px solid var(--line); padding: .35rem .6rem; }
     tr:target td { background: color-mix(in srgb, var(--link) 16%, var(--page)); }
     tr { scroll-margin-top: 3rem; }
-    .number, .start, .thread { color: var(--quiet); font-variant-numeric: tabular-nums; white-space: nowrap; }
+    .number, .start, .thread {
+      color: var(--quiet); font-variant-numeric: tabular-nums; white-space: nowrap;
+    }
     th.number, td.number { text-align: right; }
     .member { overflow-wrap: anywhere; font-weight: 600; }
     .member .interface { font-weight: 400; color: var(--quiet); }
     /* A long name breaks here first. */
     .member .interface::after { content: "\200B"; }
     .nested td.call { padding-left: calc(.6rem + var(--depth) * 1.4rem); position: relative; }
-    .nested td.call::before { content: "\21B3"; position: absolute; left: calc(.6rem + (var(--depth) - 1) * 1.4rem); color: var(--quiet); }
+    .nested td.call::before {
+      content: "\21B3"; position: absolute; left: calc(.6rem + (var(--depth) - 1) * 1.4rem);
+      color: var(--quiet);
+    }
 
-    .parameter { display: grid; grid-template-columns: 2.1rem minmax(0, 1fr); align-items: baseline; }
+    .parameter {
+      display: grid; grid-template-columns: 2.4em minmax(0, 1fr); align-items: baseline;
+    }
     .direction { font-size: .8em; color: var(--quiet); }
     .argument { overflow-wrap: anywhere; }
     .value { white-space: pre-wrap; }
-    .long { display: inline-block; max-width: 100%; max-height: 9em; overflow: auto; vertical-align: top; border: 1px solid var(--line); border-radius: 4px; padding: .1em .4em; }
+    .long {
+      display: inline-block; max-width: 100%; max-height: 9em; overflow: auto;
+      vertical-align: top; border: 1px solid var(--line); border-radius: 4px; padding: .1em .4em;
+    }
     .type { font-size: .85em; color: var(--quiet); }
 
     .status code { color: var(--quiet); }
     .message { display: block; white-space: pre-wrap; overflow-wrap: anywhere; }
-    .mark { display: inline-block; border-radius: 3px; padding: 0 .4em; margin-right: .5em; font-size: .8em; letter-spacing: .04em; background: var(--quiet); color: var(--mark-text); }
+    .mark {
+      display: inline-block; border-radius: 3px; padding: 0 .4em; margin-right: .5em;
+      font-size: .8em; letter-spacing: .04em; background: var(--quiet); color: var(--mark-text);
+    }
     .warned .mark { background: var(--warn); }
     tr.failed td { background: var(--bad-page); }
     tr.failed td:first-child { box-shadow: inset 5px 0 0 var(--bad); }
@@ -674,21 +710,27 @@
     .failed .message { font-weight: 600; color: var(--bad); }
     .failed code { color: var(--text); }
 
-    .time { display: grid; grid-template-columns: 4.4rem minmax(0, 1fr); gap: .6rem; align-items: center; }
+    .time {
+      display: grid; grid-template-columns: 5em minmax(0, 1fr); gap: .6rem; align-items: center;
+    }
     .figure { text-align: right; font-variant-numeric: tabular-nums; white-space: nowrap; }
     .track { height: .75em; }
-    .bar { display: block; height: 100%; min-width: 1px; background: var(--bar); border-radius: 2px; print-color-adjust: exact; -webkit-print-color-adjust: exact; }
+    .bar {
+      display: block; height: 100%; min-width: 1px; background: var(--bar); border-radius: 2px;
+      print-color-adjust: exact; -webkit-print-color-adjust: exact;
+    }
     .failed .bar { background: var(--bad); }
     .note { border-left: 4px solid var(--warn); background: var(--raised); padding: .6rem 1rem; }
 
-    @media (max-width: 820px) {
+    @media screen and (max-width: 820px) {
       body { padding: 1rem; }
       .list li { grid-template-columns: minmax(0, 1fr); }
-      #slowest li { grid-template-columns: minmax(0, 1fr) auto; }
-      #slowest .time { grid-column: 1 / -1; }
       table, tbody { display: block; }
       thead { display: none; }
-      tr { display: grid; grid-template-columns: auto 1fr auto; gap: 0 .8rem; padding: .5rem .3rem .6rem .6rem; border-bottom: 1px solid var(--line); }
+      tr {
+        display: grid; grid-template-columns: auto 1fr auto; gap: 0 .8rem;
+        padding: .5rem .3rem .6rem .6rem; border-bottom: 1px solid var(--line);
+      }
       td, .nested td.call { display: block; border: 0; padding: 0; min-width: 0; }
       .figure { text-align: left; }
       .list .time, .list .message { padding-left: 2.8em; }
@@ -701,8 +743,13 @@
       tr.failed td:first-child { box-shadow: none; }
     }
     @media print {
-      :root { color-scheme: light; --page: #ffffff; --text: #000000; --quiet: #444444; --line: #bbbbbb; --raised: #ffffff; --link: #000000; --bar: #777777; --bad: #8e0f0b; --bad-page: #ffffff; --warn: #444444; --mark-text: #ffffff; }
-      body { padding: 0; font-size: 9pt; }
+      :root {
+        color-scheme: light; --page: #ffffff; --text: #000000; --quiet: #444444; --line: #bbbbbb;
+        --raised: #ffffff; --link: #000000; --bar: #777777; --bad: #8e0f0b; --bad-page: #ffffff;
+        --warn: #444444; --mark-text: #ffffff;
+      }
+      @page { size: landscape; margin: 12mm; }
+      body { padding: 0; font-size: 8pt; }
       th { position: static; }
       tr, .list li { break-inside: avoid; }
       .long { max-height: none; }

@@ -166,7 +166,7 @@ TEST(ProgramWithAStore, OptionsOverrideTheSession) {
     const ProcessResult result =
         Kestrion({"info", "--resource", "MyScope", "--options", "simulate=true,cache=true"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_THAT(result.out, HasSubstr("  Model                    PL7054\n"))
+    EXPECT_THAT(result.out, HasSubstr("  Model                    PL7054C\n"))
         << "the initial setting of the session";
     EXPECT_THAT(result.out, HasSubstr("  Cache                    on\n"));
     EXPECT_THAT(result.out, HasSubstr("  Simulate                 on\n"));

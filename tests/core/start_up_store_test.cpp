@@ -178,9 +178,9 @@ TEST_F(StoreStartUpTest, InterchangeCheckingIsRefusedInASessionToo) {
 
 TEST_F(StoreStartUpTest, ADataComponentModelIsTheModelOfTheInstrument) {
     Session().options.simulate = true;
-    Session().components = {TextSetting("Model", "PL7054")};
+    Session().components = {TextSetting("Model", "PL7054C")};
     ASSERT_EQ(Initialize("MyScope", "", true), S_OK) << "a model that the driver knows";
-    EXPECT_EQ(Model(), "PL7054");
+    EXPECT_EQ(Model(), "PL7054C");
 }
 
 TEST_F(StoreStartUpTest, AModelThatIsNoTextIsNotTaken) {
@@ -194,27 +194,27 @@ TEST_F(StoreStartUpTest, SettingsComeBehindTheDriverSetupAndBeforeTheOptions) {
     Session().options.simulate = true;
     Session().driverSetup = "Model=HR5104";
     Session().components = {
-        Structure("Configurable Initial Settings", {TextSetting("MODEL", "PL7054")})};
+        Structure("Configurable Initial Settings", {TextSetting("MODEL", "PL7054C")})};
     ASSERT_EQ(Initialize("MyScope"), S_OK);
-    EXPECT_EQ(Model(), "PL7054");
+    EXPECT_EQ(Model(), "PL7054C");
     EXPECT_EQ(scope->Close(), S_OK);
     ASSERT_EQ(Initialize("MyScope", "DriverSetup=Model=LK7254B"), S_OK);
     EXPECT_EQ(Model(), "LK7254B");
 }
 
 TEST_F(StoreStartUpTest, TheModelOfTheInstrumentWinsOverThatOfTheStore) {
-    Session().components = {TextSetting("Model", "PL7054")};
+    Session().components = {TextSetting("Model", "PL7054C")};
     ExpectStartUp("HR5104");
     ASSERT_EQ(Initialize("MyScope"), S_OK);
     EXPECT_EQ(Model(), "HR5104");
 }
 
 TEST_F(StoreStartUpTest, ADescriptorGetsTheSettingsOfTheModule) {
-    fakeStore->module->components = {TextSetting("Model", "PL7054")};
+    fakeStore->module->components = {TextSetting("Model", "PL7054C")};
     ASSERT_EQ(Initialize(kResource, "simulate=true"), S_OK);
     EXPECT_EQ(Descriptor(), kResource);
     EXPECT_EQ(LogicalName(), "");
-    EXPECT_EQ(Model(), "PL7054");
+    EXPECT_EQ(Model(), "PL7054C");
     EXPECT_EQ(scope->Close(), S_OK);
     // The options come later.
     ASSERT_EQ(Initialize(kResource, "simulate=true,DriverSetup=Model=HR5104"), S_OK);
@@ -224,7 +224,7 @@ TEST_F(StoreStartUpTest, ADescriptorGetsTheSettingsOfTheModule) {
 TEST_F(StoreStartUpTest, ASessionDoesNotGetTheSettingsOfItsModule) {
     Session().options.simulate = true;
     Session().module = fakeStore->module;
-    fakeStore->module->components = {TextSetting("Model", "PL7054")};
+    fakeStore->module->components = {TextSetting("Model", "PL7054C")};
     ASSERT_EQ(Initialize("MyScope"), S_OK);
     EXPECT_EQ(Model(), "Kestrion");
 }
@@ -373,7 +373,7 @@ TEST_F(StoreNodeTest, AnInstanceAsksTheRootForSettings) {
     for (CNode* node : {static_cast<CNode*>(third), static_cast<CNode*>(root.Get())}) {
         std::string text;
         EXPECT_TRUE(node->GetConfigString("Model", text));
-        EXPECT_EQ(text, "PL7054");
+        EXPECT_EQ(text, "PL7054C");
         std::int32_t integer = 0;
         EXPECT_TRUE(node->GetConfigLong("SettlingTime", integer));
         EXPECT_EQ(integer, -40);

@@ -229,6 +229,13 @@ class DurationTest(StylesheetTest):
             self.assertEqual(target.one("span", "member").text,
                              entry.one("span", "member").text)
 
+    def test_a_failed_call_among_the_slowest_is_marked_by_the_word(self) -> None:
+        page = self.page(method(time="1.000000e-03"),
+                         method(time="2.000000e-03", result=status("0x80044215")))
+        failed, passed = page.identified("slowest").all("li")
+        self.assertEqual(failed.one("strong", "mark").text, "FAILED")
+        self.assertEqual(passed.all("strong", "mark"), [])
+
     def test_a_call_within_another_can_be_the_slowest(self) -> None:
         page = self.page(method(name="A", time="1.000000e-03"),
                          method(name="B", time="3.000000e-03",

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -11,9 +10,9 @@
 
 namespace kestrion {
 
-// The file, found from this one's place in the tree.
+// The file; the build tells where it is.
 inline std::string SampleStorePath() {
-    return (std::filesystem::path(__FILE__).parent_path() / "sample_store.xml").string();
+    return KESTRION_SAMPLE_STORE;
 }
 
 inline std::string SampleStore() {

@@ -132,7 +132,7 @@ TEST_F(SampleStoreTest, DataComponentsHaveTheirTypeAndValue) {
     ASSERT_THAT(settings, SizeIs(5));
     EXPECT_EQ(settings[0].name, "Model");
     EXPECT_EQ(settings[0].type, DataType::kString);
-    EXPECT_EQ(std::get<std::string>(settings[0].value), "PL7054");
+    EXPECT_EQ(std::get<std::string>(settings[0].value), "PL7054C");
     EXPECT_EQ(settings[1].type, DataType::kInteger);
     EXPECT_EQ(std::get<std::int32_t>(settings[1].value), -40);
     EXPECT_EQ(settings[2].type, DataType::kReal);
@@ -199,14 +199,14 @@ TEST(XmlStoreTest, AComponentMayStandForItsKindByASchemaType) {
     const auto store =
         Read(SampleWith("<IviString id=\"p17\">\n              <Name>Model</Name>\n"
                         "              <Type>String</Type>\n"
-                        "              <Value>PL7054</Value>\n"
+                        "              <Value>PL7054C</Value>\n"
                         "            </IviString>",
                         "<IviDataComponent xsi:type=\"IviString\"><Name>Model</Name>"
-                        "<Value>PL7054</Value></IviDataComponent>"));
+                        "<Value>PL7054C</Value></IviDataComponent>"));
     const auto settings =
         store->FindDriverSession("MyScope")->DataComponents().at(0).components.at(0);
     EXPECT_EQ(settings.type, DataType::kString);
-    EXPECT_EQ(std::get<std::string>(settings.value), "PL7054");
+    EXPECT_EQ(std::get<std::string>(settings.value), "PL7054C");
 }
 
 TEST(XmlStoreTest, AComponentOfAnUnknownTypeHasNoValue) {
