@@ -28,7 +28,7 @@ bool ModelFamilyTable::IsModelInFamily(std::string_view model, std::string_view 
 std::string_view ModelFamilyTable::FamilyOf(std::string_view model) const {
     const ModelRecord* found = Find(model);
     return found == nullptr || found->families.empty() ? std::string_view()
-                                                        : found->families.back();
+                                                       : found->families.back();
 }
 
 std::span<const std::string_view> ModelFamilyTable::ModelsOf(std::string_view family) const {

@@ -37,7 +37,7 @@ class Files(ErrorCase):
         self.assertEqual(self.errors(), [
             "model/lamp.toml:1: an interface has to stand in a folder of its group; the files"
             " beside the folders are metadata.toml, messages.toml, families.toml,"
-            " repeated_capabilities.toml, enum_order.toml"])
+            " repeated_capabilities.toml, enum_order.toml, expected.toml"])
 
     def test_all_errors_are_told_at_once_in_the_order_of_files_and_lines(self) -> None:
         self.change(LAMP, 'type = "long", path = "HOURS"', 'type = "lang", path = "HOURS"')
@@ -566,7 +566,7 @@ class Enumerations(ErrorCase):
 
 class TableFiles(ErrorCase):
     def test_model_in_two_families(self) -> None:
-        self.assert_errors("families.toml", 'models = ["B1"]', 'models = ["B1", "A2"]',
+        self.assert_errors("families.toml", 'models = ["B1"]', 'models = ["A2"]',
                            "families.toml:7: the model 'A2' stands in model/families.toml:3 too")
 
     def test_family_twice(self) -> None:
@@ -582,9 +582,7 @@ class TableFiles(ErrorCase):
         self.assert_errors("families.toml", 'newer = ["Amber Series"]',
                            'newer = ["Ambre Series"]',
                            "families.toml:12: refusal list 'newer': there is no family"
-                           " 'Ambre Series'; did you mean 'Amber Series'?",
-                           "lamps/lamp.toml:9: ILamp.Flash: there is no family 'Ambre Series';"
-                           " did you mean 'Amber Series'?")
+                           " 'Ambre Series'; did you mean 'Amber Series'?")
         self.setUp()
         self.change("families.toml", 'newer = ["Amber Series"]',
                     'newer = ["Amber Series", "Amber Series"]')

@@ -51,6 +51,7 @@ enum KestrionLampModeEnum : LONG {
         self.assert_contains("include/kestrion/interfaces.h", """\
 #include "kestrion/interfaces/IAlien.h"
 #include "kestrion/interfaces/IBase.h"
+#include "kestrion/interfaces/IBeacon.h"
 #include "kestrion/interfaces/IClassLamp.h"
 #include "kestrion/interfaces/IGate.h"
 #include "kestrion/interfaces/IGates.h"
@@ -408,6 +409,7 @@ struct RootFaces {
 
     IBaseFace base;
     IRootFace root;
+    IBeaconFace beacon;
     IGatesFace gates;
     ILampFace lamp;
     IClassLampFace classLamp;

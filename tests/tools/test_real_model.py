@@ -142,7 +142,8 @@ class PublishedInterfaces(RealModel):
         for name, head in {
             "IIviDriver": "47ed5184", "IIviComponentIdentity": "47ed5185",
             "IIviDriverIdentity": "47ed5186", "IIviDriverOperation": "47ed5188",
-            "IIviDriverUtility": "47ed5189", "IIviScope": "47ed524c",
+            "IIviDriverUtility": "47ed5189", "IIviClassWrapper": "47ed518a",
+            "IIviScope": "47ed524c",
             "IIviScopeAcquisition": "47ed524d", "IIviScopeChannels": "47ed524e",
             "IIviScopeReferenceLevel": "47ed5250", "IIviScopeMeasurements": "47ed5251",
             "IIviScopeTrigger": "47ed5253",
@@ -190,6 +191,7 @@ class PublishedInterfaces(RealModel):
     def test_members_that_need_no_connection(self) -> None:
         free = sorted(name for name, entry in self.entries.items() if not entry.needs_connection)
         self.assertEqual(free, [
+            "IDirectIo.get_ConfigurationStore", "IDirectIo.get_ConfigurationStoreReason",
             "IIviComponentIdentity.get_Description", "IIviComponentIdentity.get_Identifier",
             "IIviComponentIdentity.get_Revision", "IIviComponentIdentity.get_Vendor",
             "IIviDriver.Initialize", "IIviDriver.get_Initialized",
@@ -347,7 +349,9 @@ class InstrumentInterfaces(RealModel):
                 hooks.setdefault(entry.interface, []).append(entry.name)
         self.assertEqual(hooks, {
             "IDirectIo": ["QueryString", "WriteString", "get_Timeout", "put_Timeout",
-                          "get_InstrumentFamily", "get_VisaLibrary", "get_VisaLibraryReason"],
+                          "get_InstrumentFamily", "get_VisaLibrary", "get_VisaLibraryReason",
+                          "get_ConfigurationStore", "get_ConfigurationStoreReason"],
+            "IIviClassWrapper": ["AttachToExistingCSession", "get_NativeCHandle"],
             "IIviComponentIdentity": ["get_Description", "get_Identifier", "get_Revision",
                                       "get_Vendor"],
             "IIviScopeAcquisition": ["ConfigureRecord", "get_Interpolation", "put_Interpolation",

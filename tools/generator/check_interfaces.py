@@ -74,13 +74,18 @@ def _check_entries(model: Model, interface: Interface, classes: list[str],
         if entry.collection and entry.collection not in classes:
             problems.add(entry.place, f"{entry.key}: there is no repeated capability"
                          f" '{entry.collection}'{nearest(entry.collection, classes)}")
-        for family in entry.refused:
-            if family not in families:
-                problems.add(entry.place, f"{entry.key}: there is no family '{family}'"
-                             f"{nearest(family, families)}")
-        if len(set(entry.refused)) != len(entry.refused):
-            problems.add(entry.place, f"{entry.key} refuses a family twice")
+        if not entry.refused_list:
+            _check_refused(entry, families, problems)
         _check_mapped(model, entry, interface, problems)
+
+
+def _check_refused(entry: Entry, families: list[str], problems: Problems) -> None:
+    for family in entry.refused:
+        if family not in families:
+            problems.add(entry.place, f"{entry.key}: there is no family '{family}'"
+                         f"{nearest(family, families)}")
+    if len(set(entry.refused)) != len(entry.refused):
+        problems.add(entry.place, f"{entry.key} refuses a family twice")
 
 
 def _check_mapped(model: Model, entry: Entry, interface: Interface, problems: Problems) -> None:

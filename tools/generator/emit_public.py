@@ -28,7 +28,8 @@ def interface_header(model: Model, interface: Interface) -> str:
     previous = ""
     for entry in interface.entries:
         if entry.member != previous:
-            text += cpp.comment(_doc(entry), "    ")
+            member = [other for other in interface.entries if other.member == entry.member]
+            text += cpp.comment(_doc(member), "    ")
         previous = entry.member
         text += (f"    virtual HRESULT STDMETHODCALLTYPE {entry.name}({_public_signature(entry)})"
                  " = 0;\n")
@@ -36,10 +37,15 @@ def interface_header(model: Model, interface: Interface) -> str:
     return text + _interface_id(interface)
 
 
-def _doc(entry: Entry) -> str:
-    if not entry.refused:
-        return entry.doc
-    return f"{entry.doc} Not on the models of the {', '.join(entry.refused)}."
+def _doc(entries: list[Entry]) -> str:
+    """The comment of a member: what it is, and where it isn't."""
+    agree = all(entry.refused == entries[0].refused for entry in entries)
+    text = entries[0].doc
+    for entry in entries[:1] if agree else entries:
+        if entry.refused:
+            how = "" if agree else {"get": "read ", "put": "written "}[entry.shape]
+            text += f" Not {how}on the models of the {', '.join(entry.refused)}."
+    return text
 
 
 def _public_signature(entry: Entry) -> str:

@@ -12,7 +12,7 @@ from generator.toml_lines import LineMap
 
 # The files that stand beside the folders, by what they hold.
 SINGLE_FILES = ("metadata.toml", "messages.toml", "families.toml", "repeated_capabilities.toml",
-                "enum_order.toml")
+                "enum_order.toml", "expected.toml")
 ENUM_FOLDER = "enums"
 
 

@@ -137,6 +137,10 @@ class Enum:
     tables: list[EnumTable]
     platform: bool = False  # a type of the platform, which gets no header
 
+    def table_count(self) -> int:
+        """The tables, counted once for each member that has one."""
+        return sum(len(table.members) for table in self.tables)
+
     def names(self) -> list[str]:
         """The words that a format may name it by."""
         if self.platform:
@@ -150,6 +154,53 @@ class Family:
     name: str
     models: list[str]
     place: Place
+
+
+@dataclass
+class ExpectedNumber:
+    """A number that the finished model comes to."""
+
+    number: int
+    place: Place
+
+
+@dataclass
+class ExpectedEnum:
+    """What one enumeration comes to; a table is counted once for each member."""
+
+    members: int
+    tables: int
+    place: Place
+
+
+@dataclass
+class BooleanWords:
+    """The tokens of a boolean table, and how many members have such a one."""
+
+    false_tokens: list[str]
+    true_tokens: list[str]
+    tables: int
+    place: Place
+
+
+@dataclass
+class Expected:
+    """What the finished model comes to."""
+
+    place: Place
+    sums: dict[str, ExpectedNumber]
+    about: dict[str, ExpectedNumber]
+    families: dict[str, ExpectedNumber]  # models of each
+    refusals: dict[str, ExpectedNumber]  # entries of each list
+    enums: dict[str, ExpectedEnum]
+    booleans: list[BooleanWords]
+    class_place: Place
+    class_tables: int  # of all enumerations of the class together
+    class_with_tables: list[str]
+    class_without_tables: list[str]
+
+    def class_enums(self) -> list[str]:
+        return self.class_with_tables + self.class_without_tables
 
 
 @dataclass
@@ -179,6 +230,7 @@ class Model:
     capabilities: list[Capability]
     messages: list[Message]
     metadata: dict[str, str | int | bool]
+    expected: Expected
     files: list[str]
 
     def chain(self, interface: Interface) -> list[Interface]:

@@ -8,7 +8,8 @@ from generator.load import File, RawModel
 from generator.problems import Place, Problems, nearest
 from generator.records import (Capability, Enum, EnumTable, EnumValue, Family, Interface, Message,
                                Model)
-from generator.resolve_members import MemberResolver, Names
+from generator.resolve_expected import resolve_expected
+from generator.resolve_members import MemberResolver, Names, Refusals
 
 _SHORT_NAME = re.compile(r"(?:Kestrion|IviScope)(\w+)Enum")
 
@@ -24,6 +25,7 @@ def resolve(raw: RawModel, version: str, problems: Problems) -> Model:
         capabilities=_resolve_capabilities(raw, problems),
         messages=_resolve_messages(raw, problems),
         metadata=_resolve_metadata(raw, version, problems),
+        expected=resolve_expected(raw.single["expected.toml"], problems),
         files=[file.name for file in raw.files()])
 
 
@@ -160,7 +162,7 @@ def _resolve_interfaces(raw: RawModel, enums: list[Enum], refusals: dict[str, tu
 def _resolve_interface(interface: Interface, file: File, data: dict[str, Any], names: Names,
                        refusals: dict[str, tuple[str, ...]], problems: Problems) -> None:
     if interface.external:
-        for key in ("node", "extends", "members", "collection", "class_compliant"):
+        for key in ("node", "extends", "members", "collection", "class_compliant", "refuses"):
             if key in data:
                 problems.add(file.place(interface.name, key),
                              f"{interface.name} is external: it has no '{key}'")
@@ -168,8 +170,10 @@ def _resolve_interface(interface: Interface, file: File, data: dict[str, Any], n
     for key in ("node", "members"):
         if key not in data:
             problems.add(interface.place, f"{interface.name} needs the key '{key}'")
-    resolver = MemberResolver(interface, data.get("collection", ""),
-                              data.get("class_compliant", False), file, names, refusals, problems)
+    resolver = MemberResolver(
+        interface, data.get("collection", ""), data.get("class_compliant", False), file, names,
+        Refusals(refusals, data.get("refuses", ""), interface.name,
+                 file.place(interface.name, "refuses"), problems), problems)
     for name, table in data.get("members", {}).items():
         if not isinstance(table, dict):
             problems.add(file.place(interface.name, "members", name),

@@ -39,11 +39,36 @@ class Names:
         return [*_PLAIN_TYPES, *_ARRAY_TYPES, *self.enums, *self.interfaces]
 
 
+class Refusals:
+    """Which families refuse a member: what it says itself, or what its interface says for all."""
+
+    def __init__(self, lists: dict[str, tuple[str, ...]], default: str, interface: str,
+                 place: Place, problems: Problems) -> None:
+        self._lists = lists
+        self._problems = problems
+        self._default, self._default_list = (
+            self._named(default, interface, place) if default else ((), ""))
+
+    def find(self, said: str | list[str] | None, title: str,
+             place: Place) -> tuple[tuple[str, ...], str]:
+        """The families, and the name of the list that they stand in where there is one."""
+        if said is None:
+            return self._default, self._default_list
+        return self._named(said, title, place) if isinstance(said, str) else (tuple(said), "")
+
+    def _named(self, name: str, title: str, place: Place) -> tuple[tuple[str, ...], str]:
+        if name in self._lists:
+            return self._lists[name], name
+        self._problems.add(place, f"{title}: there is no refusal list '{name}'"
+                           f"{nearest(name, self._lists)}")
+        return (), ""
+
+
 class MemberResolver:
     """Resolves the members of one interface."""
 
     def __init__(self, interface: Interface, collection: str, class_compliant: bool, file: File,
-                 names: Names, refusals: dict[str, tuple[str, ...]], problems: Problems) -> None:
+                 names: Names, refusals: Refusals, problems: Problems) -> None:
         self._interface = interface
         self._collection = collection
         self._class_compliant = class_compliant
@@ -124,13 +149,10 @@ class _Member:
             return None
 
     def _entry(self, name: str, shape: str, parameters: list[Parameter]) -> Entry:
-        refuses = self._keys.get("refuses", [])
-        refused_list = refuses if isinstance(refuses, str) else ""
-        if refused_list and refused_list not in self._owner._refusals:
-            self._error("refuses", f"{self._title}: there is no refusal list '{refused_list}'"
-                        f"{nearest(refused_list, self._owner._refusals)}")
-            refused_list, refuses = "", []
-        families = self._owner._refusals[refused_list] if refused_list else tuple(refuses)
+        # A getter and a setter may differ.
+        key = f"refuses_{shape}" if f"refuses_{shape}" in self._keys else "refuses"
+        families, refused_list = self._owner._refusals.find(self._keys.get(key), self._title,
+                                                            self._place(key))
         is_value = shape in ("get", "put")
         if "simulated" in self._keys and not is_value:
             self._error("simulated", f"{self._title}: only a property with a value of its own can"
@@ -155,7 +177,7 @@ class _Member:
                         " the key 'collection' with the class of its instances")
             return []
         self._forbid("a collection's member", "path", "get", "reply", "set", "order", "access",
-                     "hook", "map")
+                     "hook", "map", "refuses_get", "refuses_put")
         value = self._type(self._keys.get("type", ""), "type")
         expected = {"count": "long", "item": "interface", "name": "string"}[role]
         if value is None:
@@ -175,7 +197,7 @@ class _Member:
 
     def _reference(self, value: ValueType) -> list[Entry]:
         self._forbid("a reference to an interface", "path", "get", "reply", "set", "order",
-                     "access", "hook", "map")
+                     "access", "hook", "map", "refuses_get", "refuses_put")
         return [self._entry(f"get_{self._name}", "reference", [Parameter("out", value, "val")])]
 
     def _property(self, value: ValueType) -> list[Entry]:
@@ -202,9 +224,9 @@ class _Member:
 
     def _check_keys_against_access(self, access: str, hook: str) -> None:
         if access == "r":
-            self._forbid("a property that is only read", "set")
+            self._forbid("a property that is only read", "set", "refuses_put")
         if access == "w":
-            self._forbid("a property that is only written", "get", "reply")
+            self._forbid("a property that is only written", "get", "reply", "refuses_get")
         if access and hook == "both" and access != "rw" or access and hook in ("get", "put") and (
                 {"get": "r", "put": "w"}[hook] not in access):
             self._error("hook", f"{self._title}: a property with the access '{access}' has no"
@@ -245,7 +267,7 @@ class _Member:
             self._error("access", f"{self._title} has nothing by which it is {how}")
 
     def _method(self) -> list[Entry]:
-        self._forbid("a method", "path", "map", "access")
+        self._forbid("a method", "path", "map", "access", "refuses_get", "refuses_put")
         hook = self._choice("hook", ("call",), "")
         entry = self._entry(self._name, "method", self._arguments())
         entry.has_hook = hook == "call"

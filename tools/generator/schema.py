@@ -30,13 +30,14 @@ TABLES = Kind("an array of tables", lambda value: isinstance(value, list)
 
 INTERFACE = {
     "iid": TEXT, "node": TEXT, "extends": TEXT, "class_compliant": FLAG, "external": FLAG,
-    "doc": TEXT, "collection": TEXT, "members": TABLE,
+    "doc": TEXT, "collection": TEXT, "refuses": TEXT, "members": TABLE,
 }
 
 MEMBER = {
     "doc": TEXT, "type": TEXT, "args": TEXTS, "path": TEXT, "get": TEXT, "reply": TEXT,
     "set": TEXT, "order": TEXTS, "access": TEXT, "hook": TEXT, "map": TEXT,
-    "refuses": TEXT_OR_TEXTS, "connection": FLAG, "collection": TEXT, "simulated": FLAG,
+    "refuses": TEXT_OR_TEXTS, "refuses_get": TEXT_OR_TEXTS, "refuses_put": TEXT_OR_TEXTS,
+    "connection": FLAG, "collection": TEXT, "simulated": FLAG,
 }
 
 ENUM = {"doc": TEXT, "short": TEXT, "platform": FLAG, "values": TABLE, "tables": TABLES}
@@ -46,6 +47,19 @@ ENUM_ORDER = {"order": TEXTS}
 
 FAMILIES = {"supported_instrument_models": TEXTS, "family": TABLES, "refusals": TABLE}
 FAMILY = {"name": TEXT, "models": TEXTS}
+
+EXPECTED = {
+    "sums": TABLE, "about": TABLE, "families": TABLE, "refusals": TABLE,
+    "class_enumerations": TABLE, "boolean": TABLES, "enumerations": TABLE,
+}
+EXPECTED_SUMS = {
+    "enumerations": NUMBER, "members": NUMBER, "tables": NUMBER, "member_keys": NUMBER,
+    "converters": NUMBER, "families": NUMBER, "models": NUMBER,
+}
+EXPECTED_ABOUT = {"methods": NUMBER, "refused_by_no_family": NUMBER}
+EXPECTED_CLASS = {"tables": NUMBER, "with_tables": TEXTS, "without_tables": TEXTS}
+EXPECTED_BOOLEAN = {"false_tokens": TEXTS, "true_tokens": TEXTS, "tables": NUMBER}
+EXPECTED_ENUM = {"members": NUMBER, "tables": NUMBER}
 
 CAPABILITIES = {"capability": TABLES}
 CAPABILITY = {"class": TEXT, "names": TEXTS}
