@@ -5,7 +5,7 @@
 #include "cli/interrupt.h"
 #include "tests/cli/failure_matcher.h"
 #include "tests/cli/fake_scope.h"
-#include "tests/cli/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kestrion::cli {
 namespace {

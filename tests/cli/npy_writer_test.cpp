@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "tests/cli/failure_matcher.h"
-#include "tests/cli/temporary_folder.h"
 #include "tests/cli/waveform_maker.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kestrion::cli {
 namespace {

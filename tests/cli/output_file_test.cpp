@@ -6,7 +6,7 @@
 #include <csignal>
 
 #include "tests/cli/failure_matcher.h"
-#include "tests/cli/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kestrion::cli {
 namespace {

@@ -1,11 +1,10 @@
 // What the option string does to a driver.
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
 #include "hosting/objects.h"
 #include "tests/support/scope_fixture.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kestrion {
 namespace {
@@ -136,11 +135,10 @@ TEST_F(DriverOptionsTest, NumPhasesMayBeWrittenWithAColon) {
 }
 
 TEST_F(DriverOptionsTest, ATraceIsWrittenWhereTheOptionsSay) {
-    std::string folder = (std::filesystem::temp_directory_path() / "kestrion_XXXXXX").string();
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    const std::string file = folder + "/run.xml";
+    const TemporaryFolder folder;
+    const std::string file = folder.File("run.xml").string();
     ASSERT_EQ(Initialize("", "simulate=true,cache=false,DriverSetup=Model=X,Trace=true,TraceName=" +
-                                 folder + "/run"),
+                                 folder.File("run").string()),
               S_OK);
     EXPECT_FALSE(Flag(&IIviDriverOperation::get_Cache));
     EXPECT_EQ(Model(), "X");
@@ -151,7 +149,6 @@ TEST_F(DriverOptionsTest, ATraceIsWrittenWhereTheOptionsSay) {
     EXPECT_NE(text.find("Name=\"get_Cache\""), std::string::npos) << text;
     EXPECT_NE(text.find("Name=\"Close\""), std::string::npos) << text;
     EXPECT_NE(text.find("</TraceRecords>"), std::string::npos) << text;
-    std::filesystem::remove_all(folder);
 }
 
 TEST_F(DriverOptionsTest, ABadTraceValueFailsAndIsNamed) {

@@ -1,7 +1,6 @@
 // The trace of a driver object: which calls it records, and how long its file lives.
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -11,6 +10,7 @@
 #include "core/shared_folder.h"
 #include "tests/platform/allocation_count.h"
 #include "tests/support/scope_fixture.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kestrion {
 namespace {
@@ -26,25 +26,16 @@ constexpr std::string_view kDocumentEnd = "</TraceRecords>\r\n";
 
 class DriverTraceTest : public ScopeTest {
   protected:
-    void SetUp() override {
-        std::string name = (std::filesystem::temp_directory_path() / "kestrion_XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder_ = name;
-    }
-    void TearDown() override {
-        ScopeTest::TearDown();
-        std::filesystem::remove_all(folder_);
-    }
-
     // The driver's own options for a trace into a file of the test's folder.
     [[nodiscard]] std::string Traced(std::string_view name, std::string_view more = "") const {
-        return "DriverSetup=Trace=true,TraceName=" + (folder_ / name).string() + std::string(more);
+        return "DriverSetup=Trace=true,TraceName=" + folder_.File(name).string() +
+               std::string(more);
     }
     HRESULT Simulated(std::string_view driverSetup) {
         return Initialize("", "simulate=true," + std::string(driverSetup));
     }
     [[nodiscard]] std::string Content(std::string_view name) const {
-        std::ifstream stream(folder_ / name, std::ios::binary);
+        std::ifstream stream(folder_.File(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
     // The values of an attribute of every element of that name, in the order of the file.
@@ -69,7 +60,7 @@ class DriverTraceTest : public ScopeTest {
         return value;
     }
 
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
 };
 
 TEST_F(DriverTraceTest, CloseIsTheLastRecordAndEndsTheFile) {
@@ -151,7 +142,7 @@ TEST_F(DriverTraceTest, AFailedStartUpLeavesTheFileOpenUntilTheNextStart) {
 
     fake.FailFunction("viOpen", 0);
     EXPECT_EQ(Initialize("GPIB0::1::INSTR", Traced("b.xml")), kUnexpected);
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "b.xml"));
+    EXPECT_FALSE(std::filesystem::exists(folder_.File("b.xml")));
     EXPECT_THAT(Calls("a.xml"), ElementsAre("Initialize"));
     EXPECT_THAT(Values("a.xml", "HRESULT", "Value"), ElementsAre("0x8000FFFF"));
     EXPECT_THAT(Content("a.xml"), EndsWith(kDocumentEnd));
@@ -185,7 +176,7 @@ TEST_F(DriverTraceTest, SwitchingOffATraceThatHasStoppedEndsTheStartUp) {
 TEST_F(DriverTraceTest, TheSettingsOutliveCloseAndEachStartUpHasItsFile) {
     ASSERT_EQ(Simulated(Traced("a.xml")), S_OK);
     ASSERT_EQ(scope->Close(), S_OK);
-    ASSERT_EQ(Simulated("DriverSetup=TraceName=" + (folder_ / "b").string()), S_OK);
+    ASSERT_EQ(Simulated("DriverSetup=TraceName=" + folder_.File("b").string()), S_OK);
     Simulate();
     ASSERT_EQ(scope->Close(), S_OK);
     EXPECT_THAT(Calls("a.xml"), ElementsAre("Close"));
@@ -211,13 +202,13 @@ TEST_F(DriverTraceTest, AnObjectThatIsReleasedWhileConnectedEndsItsFile) {
 
 TEST_F(DriverTraceTest, WithoutANameTheFileIsNamedByTheDriverAndTheTime) {
     const auto before = std::filesystem::current_path();
-    std::filesystem::current_path(folder_);
+    std::filesystem::current_path(folder_.Path());
     const HRESULT status = Simulated("DriverSetup=Trace=true");
     std::filesystem::current_path(before);
     ASSERT_EQ(status, S_OK);
     ASSERT_EQ(scope->Close(), S_OK);
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
         std::string name = entry.path().filename().string();
         for (char& c : name) {
             c = c >= '0' && c <= '9' ? '9' : c;

@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
+
+#include "tests/support/temporary_folder.h"
 
 namespace kestrion {
 namespace {
@@ -13,13 +14,9 @@ namespace {
 class SharedFolderTest : public testing::Test {
   protected:
     void SetUp() override {
-        std::string name = (std::filesystem::temp_directory_path() / "kestrion_XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        prefix_ = name;
         std::filesystem::create_directories(prefix_ / "share/kestrion");
         std::ofstream(prefix_ / "share/kestrion/a.xslt") << "here";
     }
-    void TearDown() override { std::filesystem::remove_all(prefix_); }
 
     // Where the file is found for a module at this place below the prefix.
     [[nodiscard]] std::string FoundFrom(const char* module, const char* file = "a.xslt") const {
@@ -27,7 +24,8 @@ class SharedFolderTest : public testing::Test {
     }
     [[nodiscard]] std::string Folder() const { return (prefix_ / "share/kestrion").string(); }
 
-    std::filesystem::path prefix_;
+    const TemporaryFolder folder_;
+    const std::filesystem::path prefix_ = folder_.Path();
 };
 
 TEST_F(SharedFolderTest, IsFoundFromALibraryOfThePrefix) {

@@ -9,6 +9,7 @@
 #include <map>
 
 #include "tests/store/sample_store.h"
+#include "tests/support/temporary_folder.h"
 
 namespace kestrion {
 namespace {
@@ -16,12 +17,9 @@ namespace {
 class StoreLocationTest : public testing::Test {
   protected:
     void SetUp() override {
-        folder_ = (std::filesystem::temp_directory_path() / "kestrion_XXXXXX").string();
-        ASSERT_NE(mkdtemp(folder_.data()), nullptr);
         variables_["XDG_CONFIG_HOME"] = folder_ + "/user";
         variables_["XDG_CONFIG_DIRS"] = folder_ + "/first:" + folder_ + "/second";
     }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
 
     // The path of a store in one of the folders.
     [[nodiscard]] std::string StoreIn(const std::string& name) const {
@@ -53,7 +51,8 @@ class StoreLocationTest : public testing::Test {
         EXPECT_EQ(selection.reason, reason);
     }
 
-    std::string folder_;
+    const TemporaryFolder temporary_;
+    const std::string folder_ = temporary_.Path().string();
     std::map<std::string, std::string> variables_;
 };
 

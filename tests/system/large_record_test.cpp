@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/support/temporary_folder.h"
 #include "tests/system/scope_client.h"
 
 namespace kestrion {
@@ -42,19 +43,12 @@ Ended RunProgram(const std::vector<std::string>& arguments) {
 
 class LargeRecordTest : public testing::Test {
   protected:
-    void SetUp() override {
-        std::string name = (std::filesystem::temp_directory_path() / "kestrion_XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder_ = name;
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
 };
 
 TEST_F(LargeRecordTest, AHundredMillionPointsAreCapturedWithinTheMemory) {
     const auto server = Serve();
-    const std::filesystem::path file = folder_ / "record.npy";
+    const std::filesystem::path file = folder_.File("record.npy");
     const Ended ended =
         RunProgram({KESTRION_PROGRAM, "capture", "--resource", server->ResourceName(), "--points",
                     "100000000", "--npy", file.string(), "--no-plot"});

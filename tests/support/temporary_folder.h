@@ -6,9 +6,10 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
-namespace kestrion::cli {
+namespace kestrion {
 
 class TemporaryFolder {
   public:
@@ -16,7 +17,7 @@ class TemporaryFolder {
         std::random_device random;
         do {
             path_ = std::filesystem::temp_directory_path() /
-                    ("kestrion-cli-test-" + std::to_string(random()));
+                    ("kestrion-test-" + std::to_string(random()));
         } while (!std::filesystem::create_directory(path_));
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
@@ -27,7 +28,7 @@ class TemporaryFolder {
     }
 
     [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
-    [[nodiscard]] std::filesystem::path File(const std::string& name) const { return path_ / name; }
+    [[nodiscard]] std::filesystem::path File(std::string_view name) const { return path_ / name; }
 
     // The names of what is in the folder, in alphabetical order.
     [[nodiscard]] std::vector<std::string> Names() const {
@@ -54,4 +55,4 @@ inline void WriteFile(const std::filesystem::path& path, const std::string& cont
     std::ofstream(path, std::ios::binary) << content;
 }
 
-}  // namespace kestrion::cli
+}  // namespace kestrion
