@@ -91,6 +91,9 @@ TESTS_MAY_ALSO_INCLUDE = {
     "fuzz": ROOMS,
 }
 
+# Headers that the tests of every room may include: they stand on nothing of the project.
+FOR_ALL_TESTS = ("tests/support/temporary_folder.h",)
+
 FOLDERS_THAT_ARE_NAMED_WITHOUT = ("platform/include", "generated/include", "include")
 # Folders at the top that begin so hold nothing of the project.
 FOLDERS_LEFT_OUT = (".", "build")
@@ -195,7 +198,7 @@ def everything_below(room: str) -> set[str]:
 def allowed_for(room: str) -> set[str]:
     if room.startswith("tests/"):
         below = everything_below(room)
-        return below | {f"tests/{other}" for other in below}
+        return below | {f"tests/{other}" for other in below} | set(FOR_ALL_TESTS)
     return {room, *neighbours(room)}
 
 

@@ -147,7 +147,14 @@ class TestFoldersTest(IncludeDirectionsTest):
                                              '#include "tests/io/fake_visa.h"\n')
         self.write("tests/tables/a_test.cpp", '#include "tests/support/scope_test.h"\n')
         self.expect_faults('tests/tables/a_test.cpp:1: room tests/tables must not include '
-                           'tests/support: "tests/support/scope_test.h"')
+                           'tests/support but by tests/support/temporary_folder.h: '
+                           '"tests/support/scope_test.h"')
+
+    def test_every_test_may_have_a_temporary_folder(self) -> None:
+        for room in ("platform", "cli", "virtual"):
+            self.write(f"tests/{room}/a_test.cpp",
+                       '#include "tests/support/temporary_folder.h"\n')
+        self.expect_clean(3)
 
     def test_system_tests_include_everything(self) -> None:
         self.write("tests/system/a_test.cpp", '#include "virtual/oscilloscope.h"\n'
