@@ -197,6 +197,25 @@ HRESULT ReadData(IIoBuffer& buffer, const FormatConversion& conversion, const Bl
     return StoreActualCount(conversion, elements, status);
 }
 
+// The data follow the last digit and may begin with what looks like a terminator, which a direct
+// read leaves alone. The status is that of the last digit; E_UNEXPECTED if one is missing.
+HRESULT ReadLengthDigits(IIoBuffer& buffer, std::span<BYTE> digits) {
+    HRESULT status = IoStatusMoreData;
+    std::uint32_t actual = 0;
+    const auto leading = static_cast<std::uint32_t>(digits.size() - 1);
+    if (leading > 0) {
+        status = buffer.ReadBytes(digits.data(), leading, &actual, false);
+    }
+    if (Failed(status)) {
+        return status;
+    }
+    if (actual != leading || status != IoStatusMoreData) {
+        return E_UNEXPECTED;
+    }
+    status = buffer.ReadDirect(digits.data() + leading, 1, &actual, false);
+    return Failed(status) || actual == 1 ? status : E_UNEXPECTED;
+}
+
 HRESULT ReadHeader(IIoBuffer& buffer, BlockData& block) {
     ByteReader reader(buffer);
     if (!reader.Next() || reader.Byte() != '#' || !reader.More() || !reader.Next()) {
@@ -211,20 +230,18 @@ HRESULT ReadHeader(IIoBuffer& buffer, BlockData& block) {
         block.announced = reader.More() ? kNotAnnounced : 0;
         return S_OK;
     }
-    std::array<BYTE, 9> digits;
-    std::uint32_t actual = 0;
+    std::array<BYTE, 9> digits{};
     block.status =
-        buffer.ReadBytes(digits.data(), static_cast<std::uint32_t>(count), &actual, false);
+        ReadLengthDigits(buffer, std::span(digits).first(static_cast<std::size_t>(count)));
     if (Failed(block.status)) {
         return block.status;
     }
     const std::int64_t length =
-        ParseBlockLength(std::span(digits).first(std::min<std::size_t>(actual, digits.size())));
-    if (actual != static_cast<std::uint32_t>(count) || length < 0) {
+        ParseBlockLength(std::span(digits).first(static_cast<std::size_t>(count)));
+    if (length < 0) {
         return E_UNEXPECTED;
     }
-    // A response that ends with its header has no data to wait for.
-    block.announced = block.status == IoStatusMoreData ? static_cast<std::uint64_t>(length) : 0;
+    block.announced = static_cast<std::uint64_t>(length);
     return S_OK;
 }
 

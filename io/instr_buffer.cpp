@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "io/variant_array.h"
 #include "platform/text.h"
@@ -26,6 +27,35 @@ bool EndsWith(const BYTE* bytes, std::size_t count, std::string_view end) {
            std::equal(end.begin(), end.end(), bytes + (count - end.size()),
                       [](char a, BYTE b) { return static_cast<BYTE>(a) == b; });
 }
+
+// A setting of the transport that is off for a while, if it was on; it comes back in whatever way
+// the while ends, also when there's no memory for a report.
+class SwitchedOff {
+  public:
+    using Getter = HRESULT (ILowLevelIo::*)(bool*);
+    using Setter = HRESULT (ILowLevelIo::*)(bool);
+
+    SwitchedOff(ILowLevelIo& io, Getter get, Setter set) : io_(io), set_(set) {
+        status_ = (io_.*get)(&wasOn_);
+        wasOn_ = wasOn_ && !Failed(status_);
+        if (wasOn_) {
+            status_ = (io_.*set_)(false);
+        }
+    }
+    ~SwitchedOff() { (void)Restore(); }
+    SwitchedOff(const SwitchedOff&) = delete;
+    SwitchedOff& operator=(const SwitchedOff&) = delete;
+
+    [[nodiscard]] HRESULT Status() const { return status_; }
+    // Once; nothing comes back a second time.
+    HRESULT Restore() { return std::exchange(wasOn_, false) ? (io_.*set_)(true) : S_OK; }
+
+  private:
+    ILowLevelIo& io_;
+    const Setter set_;
+    bool wasOn_ = false;
+    HRESULT status_ = S_OK;
+};
 
 }  // namespace
 
@@ -165,20 +195,13 @@ HRESULT CInstrBuffer::ReadDirect(BYTE* target, std::uint32_t count, std::uint32_
     if (target == nullptr) {
         return ReportNullPointer("pBuf");
     }
-    bool wasEnabled = false;
-    HRESULT status = io_.GetTerminationCharacterEnabled(&wasEnabled);
-    if (Failed(status)) {
-        return status;
-    }
-    if (!wasEnabled) {
-        return ReadUnbuffered(target, count, actual, flush);
-    }
     // A binary payload may hold the termination character.
-    status = io_.SetTerminationCharacterEnabled(false);
-    if (!Failed(status)) {
-        status = ReadUnbuffered(target, count, actual, flush);
-    }
-    return FirstFailure(status, io_.SetTerminationCharacterEnabled(true));
+    SwitchedOff termination(io_, &ILowLevelIo::GetTerminationCharacterEnabled,
+                            &ILowLevelIo::SetTerminationCharacterEnabled);
+    const HRESULT status = Failed(termination.Status())
+                               ? termination.Status()
+                               : ReadUnbuffered(target, count, actual, flush);
+    return FirstFailure(status, termination.Restore());
 }
 
 HRESULT CInstrBuffer::ReadUnbuffered(BYTE* target, std::uint32_t count, std::uint32_t* actual,
@@ -266,6 +289,11 @@ void CInstrBuffer::EndResponse() {
     deviceDrained_ = true;
 }
 
+void CInstrBuffer::Discard() {
+    EndResponse();
+    ForgetWritten();
+}
+
 // Writing -----------------------------------------------------------------------------------------
 
 HRESULT CInstrBuffer::WriteBytes(const BYTE* bytes, std::uint32_t count, std::uint32_t* actual,
@@ -340,19 +368,9 @@ HRESULT CInstrBuffer::FlushWrite(bool sendEnd) {
 }
 
 HRESULT CInstrBuffer::SendWithoutEnd() {
-    bool wasEnabled = false;
-    HRESULT status = io_.GetSendEndEnabled(&wasEnabled);
-    if (Failed(status)) {
-        return status;
-    }
-    if (!wasEnabled) {
-        return SendBuffer(false);
-    }
-    status = io_.SetSendEndEnabled(false);
-    if (!Failed(status)) {
-        status = SendBuffer(false);
-    }
-    return FirstFailure(status, io_.SetSendEndEnabled(true));
+    SwitchedOff sendEnd(io_, &ILowLevelIo::GetSendEndEnabled, &ILowLevelIo::SetSendEndEnabled);
+    const HRESULT status = Failed(sendEnd.Status()) ? sendEnd.Status() : SendBuffer(false);
+    return FirstFailure(status, sendEnd.Restore());
 }
 
 HRESULT CInstrBuffer::SendBuffer(bool withTerminator) {
@@ -372,9 +390,13 @@ HRESULT CInstrBuffer::SendBuffer(bool withTerminator) {
             "Flush of formatted I/O write buffer only successfully sent " + std::to_string(sent) +
             " of " + std::to_string(toSend) + " bytes to the device.");
     }
+    ForgetWritten();
+    return Failed(status) ? status : S_OK;
+}
+
+void CInstrBuffer::ForgetWritten() {
     std::fill_n(writeBuffer_.get(), writeCapacity_ + writeTerminator_.size(), BYTE{0});
     writeCount_ = 0;
-    return Failed(status) ? status : S_OK;
 }
 
 // Sizes and terminators ---------------------------------------------------------------------------

@@ -69,6 +69,9 @@ class CInstrBuffer final : public IIoBuffer {
 
     // Nothing of the response is left, here or in the instrument.
     void EndResponse();
+    // Forgets what waits to be read and what waits to be sent, as the instrument does when it is
+    // cleared.
+    void Discard();
 
   private:
     CInstrBuffer(ILowLevelIo& io, IIoErrorReporter& reporter, std::string_view readTerminator,
@@ -84,6 +87,7 @@ class CInstrBuffer final : public IIoBuffer {
     [[nodiscard]] HRESULT ReadStatus() const;
     [[nodiscard]] HRESULT SendBuffer(bool withTerminator);
     [[nodiscard]] HRESULT SendWithoutEnd();
+    void ForgetWritten();
     [[nodiscard]] HRESULT ResizeRead(std::uint32_t size);
     [[nodiscard]] HRESULT ResizeWrite(std::uint32_t size);
     HRESULT ReportNullPointer(std::string_view parameter);

@@ -202,7 +202,15 @@ HRESULT CVisaCSession::ReadStatusByte(BYTE* statusByte) {
 }
 
 HRESULT CVisaCSession::Clear() {
-    return Run([&] { return MapStatus(functions_->viClear(instrument_)); });
+    return Run([&] {
+        const HRESULT status = MapStatus(functions_->viClear(instrument_));
+        if (!Failed(status)) {
+            // The instrument has dropped its side of both (VPP-4.3, observation 6.1.22): the rest
+            // of a response must not be waited for, nor the rest of a message be sent.
+            buffer_->Discard();
+        }
+        return status;
+    });
 }
 
 HRESULT CVisaCSession::Unlock() {

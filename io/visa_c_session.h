@@ -44,6 +44,7 @@ class CVisaCSession final : public CVisaSession, public IVisaCSession, public IV
 
     [[nodiscard]] IVisaCLowLevelIo* GetLowLevelIo() override { return this; }
     [[nodiscard]] IVisaCSessionInfo* GetSessionInfo() override { return this; }
+    [[nodiscard]] IVisaCMemoryIo* GetMemoryIo() override { return this; }
     [[nodiscard]] IVisaCDirectIo* GetDirectIo() override { return this; }
     [[nodiscard]] IVisaCEventManager* GetEventManager() override { return this; }
 

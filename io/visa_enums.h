@@ -81,29 +81,28 @@ inline constexpr std::array<EnumPair<VisaEventMechanism, ViUInt16>, 4> kMechanis
     {VisaEventMechanism::kAll, 65535},
 }};
 
-// VI_..._SPACE, by the driver's number: A16 to A64, PXI configuration and BAR 0 to 5, PXI
-// allocated memory.
-inline constexpr std::array<EnumPair<std::int32_t, ViUInt16>, 12> kAddressSpaces{{
-    {0, 1},
-    {1, 2},
-    {2, 3},
-    {3, 4},
-    {4, 10},
-    {5, 11},
-    {6, 12},
-    {7, 13},
-    {8, 14},
-    {9, 15},
-    {10, 16},
-    {11, 9},
+// VI_..._SPACE.
+inline constexpr std::array<EnumPair<VisaAddressSpace, ViUInt16>, 12> kAddressSpaces{{
+    {VisaAddressSpace::kA16, 1},
+    {VisaAddressSpace::kA24, 2},
+    {VisaAddressSpace::kA32, 3},
+    {VisaAddressSpace::kA64, 4},
+    {VisaAddressSpace::kPxiConfiguration, 10},
+    {VisaAddressSpace::kPxiBar0, 11},
+    {VisaAddressSpace::kPxiBar1, 12},
+    {VisaAddressSpace::kPxiBar2, 13},
+    {VisaAddressSpace::kPxiBar3, 14},
+    {VisaAddressSpace::kPxiBar4, 15},
+    {VisaAddressSpace::kPxiBar5, 16},
+    {VisaAddressSpace::kPxiAllocated, 9},
 }};
 
-// Bytes of a data width; 3 is 64 bits, which VISA's own numbers give 8 bytes.
-inline constexpr std::array<EnumPair<std::int32_t, ViUInt16>, 4> kDataWidths{{
-    {0, 1},
-    {1, 2},
-    {2, 4},
-    {3, 8},
+// VI_WIDTH_...: bytes.
+inline constexpr std::array<EnumPair<VisaDataWidth, ViUInt16>, 4> kDataWidths{{
+    {VisaDataWidth::k8, 1},
+    {VisaDataWidth::k16, 2},
+    {VisaDataWidth::k32, 4},
+    {VisaDataWidth::k64, 8},
 }};
 
 inline constexpr std::array<EnumPair<IoLockType, ViAccessMode>, 2> kLockTypes{{

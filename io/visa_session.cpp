@@ -1,7 +1,6 @@
 #include "io/visa_session.h"
 
 #include <array>
-#include <cstring>
 #include <type_traits>
 
 #include "io/variant_array.h"
@@ -28,23 +27,6 @@ HRESULT CVisaSession::Refuse(std::string_view message) {
 }
 
 // Attributes --------------------------------------------------------------------------------------
-
-template <typename T>
-HRESULT CVisaSession::GetNumber(visa::ViAttr attribute, T* value, std::string_view method,
-                                std::string_view parameter) {
-    return Run([&]() -> HRESULT {
-        if (value == nullptr) {
-            return reporter_->ReportNullPointer(method, parameter, "");
-        }
-        // VISA writes as many bytes as the attribute has, whatever the caller asked for.
-        visa::ViAttrState state = 0;
-        const HRESULT status = GetVisaAttribute(attribute, &state);
-        if (!Failed(status)) {
-            std::memcpy(value, &state, sizeof(T));
-        }
-        return status;
-    });
-}
 
 HRESULT CVisaSession::GetFlag(visa::ViAttr attribute, bool* value, std::string_view method,
                               std::string_view parameter) {

@@ -1,6 +1,7 @@
 // Between the driver's numbers and VISA's: translation and argument checks, no VISA calls.
 #pragma once
 
+#include <cstring>
 #include <string>
 
 #include "io/io_session.h"
@@ -14,6 +15,7 @@ class CVisaSession : public CIoSession,
                      public IVisaIoSession,
                      public IVisaLowLevelIo,
                      public IVisaSessionInfo,
+                     public IVisaMemoryIo,
                      public IVisaCEventManager {
   public:
     HRESULT SetTimeout(std::int32_t milliseconds) override;
@@ -54,6 +56,21 @@ class CVisaSession : public CIoSession,
     HRESULT GetManufacturerName(std::string* name) override;
     HRESULT GetManufacturerId(std::uint16_t* id) override;
 
+    HRESULT Move(const VisaMemoryPlace& source, const VisaMemoryPlace& destination,
+                 std::uint32_t count) override;
+    HRESULT Move(const VisaMemoryPlace& source, const VisaMemoryPlace& destination,
+                 std::uint32_t count, visa::ViJobId* job) override;
+    HRESULT AllocateMemory(std::uint64_t size, std::uint64_t* offset) override;
+    HRESULT FreeMemory(std::uint64_t offset) override;
+    HRESULT SetSourceBigEndian(bool bigEndian) override;
+    HRESULT GetSourceBigEndian(bool* bigEndian) override;
+    HRESULT SetDestinationBigEndian(bool bigEndian) override;
+    HRESULT GetDestinationBigEndian(bool* bigEndian) override;
+    HRESULT SetSourceIncrement(std::int32_t increment) override;
+    HRESULT GetSourceIncrement(std::int32_t* increment) override;
+    HRESULT SetDestinationIncrement(std::int32_t increment) override;
+    HRESULT GetDestinationIncrement(std::int32_t* increment) override;
+
     HRESULT SetMaxQueueLength(std::uint32_t length) override;
     HRESULT GetMaxQueueLength(std::uint32_t* length) override;
     HRESULT EnableEvent(VisaEvent event, VisaEventMechanism mechanism) override;
@@ -88,6 +105,18 @@ class CVisaSession : public CIoSession,
     virtual HRESULT WaitOnVisaEvent(visa::ViEventType event, std::uint32_t timeout,
                                     visa::ViEventType* outEvent, visa::ViEvent* outContext) = 0;
 
+    HRESULT InOf(std::string_view method, VisaDataWidth width, VisaAddressSpace space,
+                 std::uint64_t offset, void* value) override;
+    HRESULT OutOf(VisaAddressSpace space, std::uint64_t offset) override;
+    HRESULT MoveInVariantOf(std::string_view method, VisaDataWidth width, VisaAddressSpace space,
+                            std::uint64_t offset, std::uint32_t count, VARIANT* array) override;
+    HRESULT MoveInArrayOf(std::string_view method, VisaDataWidth width, VisaAddressSpace space,
+                          std::uint64_t offset, std::uint32_t count, SAFEARRAY** array) override;
+    HRESULT MoveInBufferOf(std::string_view method, VisaDataWidth width, VisaAddressSpace space,
+                           std::uint64_t offset, std::uint32_t count, void* target) override;
+    HRESULT MoveOutOf(std::string_view method, std::string_view parameter, VisaAddressSpace space,
+                      std::uint64_t offset, const void* source) override;
+
   private:
     // A number of VISA as wide as T, which VISA writes without knowing more than the attribute.
     template <typename T>
@@ -103,6 +132,27 @@ class CVisaSession : public CIoSession,
                       std::uint16_t* visaMechanism);
     HRESULT TranslateEvent(VisaEvent event, visa::ViEventType* visaEvent);
     HRESULT Refuse(std::string_view message);
+    HRESULT CheckSpace(VisaAddressSpace space);
+    HRESULT CheckPlace(const VisaMemoryPlace& place);
+    HRESULT SetBigEndian(visa::ViAttr attribute, bool bigEndian);
+    HRESULT GetBigEndian(visa::ViAttr attribute, bool* bigEndian, std::string_view method);
 };
+
+template <typename T>
+HRESULT CVisaSession::GetNumber(visa::ViAttr attribute, T* value, std::string_view method,
+                                std::string_view parameter) {
+    return Run([&]() -> HRESULT {
+        if (value == nullptr) {
+            return reporter_->ReportNullPointer(method, parameter, "");
+        }
+        // VISA writes as many bytes as the attribute has, whatever the caller asked for.
+        visa::ViAttrState state = 0;
+        const HRESULT status = GetVisaAttribute(attribute, &state);
+        if (!Failed(status)) {
+            std::memcpy(value, &state, sizeof(T));
+        }
+        return status;
+    });
+}
 
 }  // namespace kestrion

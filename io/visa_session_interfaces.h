@@ -1,4 +1,4 @@
-// What a VISA session offers beyond the plain session: attributes, information, events.
+// What a VISA session offers beyond the plain session: attributes, information, memory, events.
 //
 // Texts and numbers below the object interfaces have one form here, so the C-level set of a facet
 // is the facet itself; IVisaCSession leads to each.
@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 
+#include "io/operations/visa_memory_families.h"
 #include "io/session.h"
 #include "io/visa_api.h"
 #include "kestrion/platform/safe_array.h"
@@ -103,6 +104,43 @@ struct IVisaSessionInfo {
     ~IVisaSessionInfo() = default;
 };
 
+// One end of a transfer inside of the device's memory.
+struct VisaMemoryPlace {
+    VisaAddressSpace space = VisaAddressSpace::kA16;
+    std::uint64_t offset = 0;
+    VisaDataWidth width = VisaDataWidth::k8;
+};
+
+// Access to the memory of a register-based device, which no oscilloscope of the driver is. The
+// transfers check their arguments and succeed without any VISA call: what they read is 0, and what
+// they write goes nowhere. The last eight operations do set and read the session's attributes.
+// The transfers of elements stand in io/operations/visa_memory.toml.
+//
+// An unknown address space or data width is reported as an I/O error, memory that runs out as such.
+// Offsets and counts are not looked at. An array that comes out belongs to the caller.
+struct IVisaMemoryIo : VisaMemoryFamilies {
+    virtual HRESULT Move(const VisaMemoryPlace& source, const VisaMemoryPlace& destination,
+                         std::uint32_t count) = 0;
+    // The form that doesn't wait; `job` may be null.
+    virtual HRESULT Move(const VisaMemoryPlace& source, const VisaMemoryPlace& destination,
+                         std::uint32_t count, visa::ViJobId* job) = 0;
+    virtual HRESULT AllocateMemory(std::uint64_t size, std::uint64_t* offset) = 0;
+    virtual HRESULT FreeMemory(std::uint64_t offset) = 0;
+
+    virtual HRESULT SetSourceBigEndian(bool bigEndian) = 0;
+    virtual HRESULT GetSourceBigEndian(bool* bigEndian) = 0;
+    virtual HRESULT SetDestinationBigEndian(bool bigEndian) = 0;
+    virtual HRESULT GetDestinationBigEndian(bool* bigEndian) = 0;
+    // By how many elements a place moves on with each element, 0 or 1.
+    virtual HRESULT SetSourceIncrement(std::int32_t increment) = 0;
+    virtual HRESULT GetSourceIncrement(std::int32_t* increment) = 0;
+    virtual HRESULT SetDestinationIncrement(std::int32_t increment) = 0;
+    virtual HRESULT GetDestinationIncrement(std::int32_t* increment) = 0;
+
+  protected:
+    ~IVisaMemoryIo() override = default;
+};
+
 // Events. A wait doesn't hold the session: another thread can talk to the instrument meanwhile.
 struct IVisaCEventManager {
     virtual HRESULT SetMaxQueueLength(std::uint32_t length) = 0;
@@ -135,11 +173,13 @@ struct IVisaCDirectIo {
 
 using IVisaCLowLevelIo = IVisaLowLevelIo;
 using IVisaCSessionInfo = IVisaSessionInfo;
+using IVisaCMemoryIo = IVisaMemoryIo;
 
 // The way to the facets. The pointers live as long as the session object.
 struct IVisaCSession {
     [[nodiscard]] virtual IVisaCLowLevelIo* GetLowLevelIo() = 0;
     [[nodiscard]] virtual IVisaCSessionInfo* GetSessionInfo() = 0;
+    [[nodiscard]] virtual IVisaCMemoryIo* GetMemoryIo() = 0;
     [[nodiscard]] virtual IVisaCDirectIo* GetDirectIo() = 0;
     [[nodiscard]] virtual IVisaCEventManager* GetEventManager() = 0;
 

@@ -22,16 +22,8 @@ auto OfType(ViEventType type) {
     return [type](const Occurrence& occurrence) { return occurrence.type == type; };
 }
 
-}  // namespace
-
-std::optional<AttributeValue> EventContext::Attribute(ViAttr attribute) const {
-    if (attribute == VI_ATTR_EVENT_TYPE) {
-        return occurrence_.type;
-    }
-    if (!occurrence_.completion) {
-        return std::nullopt;
-    }
-    const auto& completion = *occurrence_.completion;
+std::optional<AttributeValue> CompletionAttribute(const IoCompletion& completion,
+                                                  ViAttr attribute) {
     switch (attribute) {
         case VI_ATTR_STATUS:
             return completion.status;
@@ -50,12 +42,37 @@ std::optional<AttributeValue> EventContext::Attribute(ViAttr attribute) const {
     }
 }
 
+std::optional<AttributeValue> FailureAttribute(const Failure& failure, ViAttr attribute) {
+    switch (attribute) {
+        case VI_ATTR_STATUS:
+            return failure.status;
+        case VI_ATTR_OPER_NAME:
+            return std::string(failure.operation);
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace
+
+std::optional<AttributeValue> EventContext::Attribute(ViAttr attribute) const {
+    if (attribute == VI_ATTR_EVENT_TYPE) {
+        return occurrence_.type;
+    }
+    if (occurrence_.failure) {
+        return FailureAttribute(*occurrence_.failure, attribute);
+    }
+    return occurrence_.completion ? CompletionAttribute(*occurrence_.completion, attribute)
+                                  : std::nullopt;
+}
+
 SessionEvents::SessionEvents(const std::vector<ViEventType>& supported,
                              std::shared_ptr<Signal> changed, Deliver deliver)
     : changed_(std::move(changed)), deliver_(std::move(deliver)) {
     for (const auto type : supported) {
         types_.emplace(type, TypeState{});
     }
+    types_.emplace(VI_EVENT_EXCEPTION, TypeState{});
 }
 
 bool SessionEvents::IsKnown(ViEventType type) const {
@@ -121,7 +138,13 @@ ViStatus SessionEvents::Enable(ViEventType type, ViUInt16 mechanism) {
         if (!IsMechanismToEnable(mechanism)) {
             return VI_ERROR_INV_MECH;
         }
+        if (type == VI_EVENT_EXCEPTION && mechanism != VI_HNDLR) {
+            return VI_ERROR_NSUP_MECH;  // VPP-4.3, section 3.7.2
+        }
         concerned = Concerned(type);
+        if (mechanism != VI_HNDLR) {
+            std::erase(concerned, VI_EVENT_EXCEPTION);
+        }
         const auto hasNoHandler = [this](ViEventType one) {
             return types_.at(one).handlers.empty();
         };

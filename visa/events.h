@@ -25,10 +25,17 @@ struct IoCompletion {
     std::string operation;
 };
 
+// What a function of the session failed with.
+struct Failure {
+    ViStatus status = VI_SUCCESS;
+    const char* operation = "";  // its name, a literal
+};
+
 // One occurrence of an event.
 struct Occurrence {
     ViEventType type = 0;
     std::optional<IoCompletion> completion;  // with VI_EVENT_IO_COMPLETION only
+    std::optional<Failure> failure;          // with VI_EVENT_EXCEPTION only
 };
 
 // What a handle of an event stands for: an occurrence that was handed to the application.
@@ -56,7 +63,8 @@ class SessionEvents {
 
     static constexpr ViUInt32 kDefaultQueueLength = 50;
 
-    // `supported` are the types that the session has; `changed` is raised with each occurrence.
+    // `supported` are the types that the session has beside VI_EVENT_EXCEPTION, which every one has
+    // and which knows no mechanism but VI_HNDLR; `changed` is raised with each occurrence.
     SessionEvents(const std::vector<ViEventType>& supported, std::shared_ptr<Signal> changed,
                   Deliver deliver);
 

@@ -37,7 +37,8 @@ ViStatus viStatusDesc(ViObject object, ViStatus status, ViChar* description);
                                ViPUInt32 actual);
 
 // The two asynchronous operations are done when the call returns: VI_SUCCESS_SYNC, and the outcome
-// in the event VI_EVENT_IO_COMPLETION.
+// in the event VI_EVENT_IO_COMPLETION. `job` is set before the transfer begins, so that another
+// thread can end it with viTerminate.
 [[nodiscard]] ViStatus viReadAsync(ViSession session, ViPBuf buffer, ViUInt32 count, ViPJobId job);
 [[nodiscard]] ViStatus viWriteAsync(ViSession session, ViConstBuf buffer, ViUInt32 count,
                                     ViPJobId job);
@@ -49,11 +50,21 @@ ViStatus viStatusDesc(ViObject object, ViStatus status, ViChar* description);
 // On a raw socket: throws away what has come and wasn't read.
 [[nodiscard]] ViStatus viClear(ViSession session);
 
-// Locks hold between the sessions of this process. `accessKey` holds 256 characters.
+// Ends a transfer, a wait for an event or a wait for a lock that another thread runs on the
+// session, with VI_ERROR_ABORT: that of the job, or all for VI_NULL. A job whose transfer is over
+// is none (VI_ERROR_INV_JOB_ID).
+[[nodiscard]] ViStatus viTerminate(ViSession session, ViUInt16 degree, ViJobId job);
+
+// Locks hold between all sessions to a resource on this computer, in whatever process; they are
+// given back when the process ends. A resource is told by its name, so one instrument under two
+// names has two locks. Each virtual instrument belongs to its session alone. `accessKey` holds 256
+// characters.
 [[nodiscard]] ViStatus viLock(ViSession session, ViAccessMode type, ViUInt32 timeout,
                               ViConstKeyId requestedKey, ViChar* accessKey);
 [[nodiscard]] ViStatus viUnlock(ViSession session);
 
+// VI_EVENT_EXCEPTION, which knows the mechanism VI_HNDLR alone, tells of each function that fails
+// on the session, within the call. A function that fails inside its handler is not told of again.
 // Handlers run in the thread whose call brought the event about: the provider has no thread of its
 // own, and a virtual instrument moves on while some call on its session runs or waits.
 [[nodiscard]] ViStatus viEnableEvent(ViSession session, ViEventType type, ViUInt16 mechanism,

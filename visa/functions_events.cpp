@@ -6,7 +6,7 @@ namespace visa_provider {
 
 ViStatus viEnableEvent(ViSession session, ViEventType type, ViUInt16 mechanism,
                        ViEventFilter context) {
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viEnableEvent", session, [&](Session& found) {
         if (context != VI_NULL) {
             return VI_ERROR_INV_CONTEXT;
         }
@@ -15,12 +15,12 @@ ViStatus viEnableEvent(ViSession session, ViEventType type, ViUInt16 mechanism,
 }
 
 ViStatus viDisableEvent(ViSession session, ViEventType type, ViUInt16 mechanism) {
-    return WithSession(session,
+    return WithSession("viDisableEvent", session,
                        [&](Session& found) { return found.Events().Disable(type, mechanism); });
 }
 
 ViStatus viDiscardEvents(ViSession session, ViEventType type, ViUInt16 mechanism) {
-    return WithSession(session,
+    return WithSession("viDiscardEvents", session,
                        [&](Session& found) { return found.Events().Discard(type, mechanism); });
 }
 
@@ -32,7 +32,7 @@ ViStatus viWaitOnEvent(ViSession session, ViEventType type, ViUInt32 timeout, Vi
     if (outContext) {
         *outContext = VI_NULL;
     }
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viWaitOnEvent", session, [&](Session& found) {
         Occurrence taken;
         const ViStatus status = found.WaitOnEvent(type, timeout, taken);
         if (status < 0) {
@@ -50,14 +50,14 @@ ViStatus viWaitOnEvent(ViSession session, ViEventType type, ViUInt32 timeout, Vi
 }
 
 ViStatus viInstallHandler(ViSession session, ViEventType type, ViHndlr handler, ViAddr userHandle) {
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viInstallHandler", session, [&](Session& found) {
         return found.Events().InstallHandler(type, Handler{handler, userHandle});
     });
 }
 
 ViStatus viUninstallHandler(ViSession session, ViEventType type, ViHndlr handler,
                             ViAddr userHandle) {
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viUninstallHandler", session, [&](Session& found) {
         return found.Events().UninstallHandler(type, Handler{handler, userHandle});
     });
 }

@@ -45,7 +45,7 @@ ViStatus ParseKnown(ViConstRsrc text, ResourceName& name) {
 
 ViStatus viFindRsrc(ViSession manager, ViConstString expression, ViPFindList list, ViPUInt32 count,
                     ViChar* name) {
-    return WithObject<ResourceManager>(manager, [&](ResourceManager&) {
+    return WithObject<ResourceManager>("viFindRsrc", manager, [&](ResourceManager&) {
         if (!name) {
             return VI_ERROR_USER_BUF;
         }
@@ -71,7 +71,7 @@ ViStatus viFindRsrc(ViSession manager, ViConstString expression, ViPFindList lis
 }
 
 ViStatus viFindNext(ViFindList list, ViChar* name) {
-    return WithObject<FindList>(list, [&](FindList& found) {
+    return WithObject<FindList>("viFindNext", list, [&](FindList& found) {
         if (!name) {
             return VI_ERROR_USER_BUF;
         }
@@ -92,7 +92,7 @@ ViStatus viParseRsrc(ViSession manager, ViConstRsrc name, ViPUInt16 interfaceTyp
 ViStatus viParseRsrcEx(ViSession manager, ViConstRsrc name, ViPUInt16 interfaceType,
                        ViPUInt16 interfaceNumber, ViChar* resourceClass, ViChar* expandedName,
                        ViChar* alias) {
-    return WithObject<ResourceManager>(manager, [&](ResourceManager&) {
+    return WithObject<ResourceManager>("viParseRsrcEx", manager, [&](ResourceManager&) {
         if (!interfaceType || !interfaceNumber) {
             return VI_ERROR_USER_BUF;
         }

@@ -31,7 +31,7 @@ ViStatus viRead(ViSession session, ViPBuf buffer, ViUInt32 count, ViPUInt32 actu
     if (actual) {
         *actual = 0;
     }
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viRead", session, [&](Session& found) {
         if (!buffer && count > 0) {
             return VI_ERROR_USER_BUF;
         }
@@ -43,7 +43,7 @@ ViStatus viWrite(ViSession session, ViConstBuf buffer, ViUInt32 count, ViPUInt32
     if (actual) {
         *actual = 0;
     }
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viWrite", session, [&](Session& found) {
         if (!buffer && count > 0) {
             return VI_ERROR_USER_BUF;
         }
@@ -52,7 +52,7 @@ ViStatus viWrite(ViSession session, ViConstBuf buffer, ViUInt32 count, ViPUInt32
 }
 
 ViStatus viReadAsync(ViSession session, ViPBuf buffer, ViUInt32 count, ViPJobId job) {
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viReadAsync", session, [&](Session& found) {
         if (!buffer && count > 0) {
             return VI_ERROR_USER_BUF;
         }
@@ -61,7 +61,7 @@ ViStatus viReadAsync(ViSession session, ViPBuf buffer, ViUInt32 count, ViPJobId 
 }
 
 ViStatus viWriteAsync(ViSession session, ViConstBuf buffer, ViUInt32 count, ViPJobId job) {
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viWriteAsync", session, [&](Session& found) {
         if (!buffer && count > 0) {
             return VI_ERROR_USER_BUF;
         }
@@ -70,11 +70,12 @@ ViStatus viWriteAsync(ViSession session, ViConstBuf buffer, ViUInt32 count, ViPJ
 }
 
 ViStatus viAssertTrigger(ViSession session, ViUInt16 protocol) {
-    return WithSession(session, [&](Session& found) { return found.Trigger(protocol); });
+    return WithSession("viAssertTrigger", session,
+                       [&](Session& found) { return found.Trigger(protocol); });
 }
 
 ViStatus viReadSTB(ViSession session, ViPUInt16 status) {
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viReadSTB", session, [&](Session& found) {
         if (!status) {
             return VI_ERROR_USER_BUF;
         }
@@ -83,7 +84,7 @@ ViStatus viReadSTB(ViSession session, ViPUInt16 status) {
 }
 
 ViStatus viClear(ViSession session) {
-    return WithSession(session, [](Session& found) { return found.Clear(); });
+    return WithSession("viClear", session, [](Session& found) { return found.Clear(); });
 }
 
 }  // namespace visa_provider

@@ -49,7 +49,7 @@ ViStatus viOpen(ViSession manager, ViConstRsrc name, ViAccessMode mode, ViUInt32
     if (session) {
         *session = VI_NULL;
     }
-    return WithObject<ResourceManager>(manager, [&](ResourceManager&) {
+    return WithObject<ResourceManager>("viOpen", manager, [&](ResourceManager&) {
         if (!session) {
             return VI_ERROR_USER_BUF;
         }
@@ -80,7 +80,7 @@ ViStatus viClose(ViObject object) {
 }
 
 ViStatus viGetAttribute(ViObject object, ViAttr attribute, void* value) {
-    return WithObject<Object>(object, [&](const Object& found) {
+    return WithObject<Object>("viGetAttribute", object, [&](const Object& found) {
         if (!value) {
             return VI_ERROR_USER_BUF;
         }
@@ -94,7 +94,7 @@ ViStatus viGetAttribute(ViObject object, ViAttr attribute, void* value) {
 }
 
 ViStatus viSetAttribute(ViObject object, ViAttr attribute, ViAttrState value) {
-    return WithObject<Object>(object,
+    return WithObject<Object>("viSetAttribute", object,
                               [&](Object& found) { return found.SetAttribute(attribute, value); });
 }
 
@@ -112,9 +112,15 @@ ViStatus viStatusDesc(ViObject object, ViStatus status, ViChar* description) {
     });
 }
 
+ViStatus viTerminate(ViSession session, ViUInt16 degree, ViJobId job) {
+    return WithSession("viTerminate", session, [&](Session& found) {
+        return degree == VI_NULL ? found.Terminate(job) : VI_ERROR_INV_DEGREE;
+    });
+}
+
 ViStatus viLock(ViSession session, ViAccessMode type, ViUInt32 timeout, ViConstKeyId requestedKey,
                 ViChar* accessKey) {
-    return WithSession(session, [&](Session& found) {
+    return WithSession("viLock", session, [&](Session& found) {
         std::string key;
         const ViStatus status = found.Lock(type, timeout, requestedKey ? requestedKey : "", key);
         if (status >= 0 && accessKey) {
@@ -125,7 +131,7 @@ ViStatus viLock(ViSession session, ViAccessMode type, ViUInt32 timeout, ViConstK
 }
 
 ViStatus viUnlock(ViSession session) {
-    return WithSession(session, [](Session& found) { return found.Unlock(); });
+    return WithSession("viUnlock", session, [](Session& found) { return found.Unlock(); });
 }
 
 }  // namespace visa_provider

@@ -23,26 +23,29 @@ template <typename Work>
     }
 }
 
-// Runs `work` on the object of that handle, which it keeps alive meanwhile. VI_ERROR_INV_OBJECT
-// when the handle stands for nothing, VI_ERROR_NSUP_OPER when it stands for something else.
+// Runs `work`, which is the function of the name `operation`, on the object of that handle, which
+// it keeps alive meanwhile. VI_ERROR_INV_OBJECT when the handle stands for nothing,
+// VI_ERROR_NSUP_OPER when it stands for something else. The object is told of a failure.
 template <typename Kind, typename Work>
-[[nodiscard]] ViStatus WithObject(ViObject handle, Work&& work) noexcept {
+[[nodiscard]] ViStatus WithObject(const char* operation, ViObject handle, Work&& work) noexcept {
     return Guarded([&] {
         const std::shared_ptr<Object> object = ObjectTable::Instance().Find(handle);
         if (!object) {
             return VI_ERROR_INV_OBJECT;
         }
         const auto found = std::dynamic_pointer_cast<Kind>(object);
-        if (!found) {
-            return VI_ERROR_NSUP_OPER;
+        const ViStatus status =
+            found ? Guarded([&] { return std::forward<Work>(work)(*found); }) : VI_ERROR_NSUP_OPER;
+        if (status < 0) {
+            object->TellFailure(status, operation);
         }
-        return std::forward<Work>(work)(*found);
+        return status;
     });
 }
 
 template <typename Work>
-[[nodiscard]] ViStatus WithSession(ViSession handle, Work&& work) noexcept {
-    return WithObject<Session>(handle, std::forward<Work>(work));
+[[nodiscard]] ViStatus WithSession(const char* operation, ViSession handle, Work&& work) noexcept {
+    return WithObject<Session>(operation, handle, std::forward<Work>(work));
 }
 
 }  // namespace visa_provider

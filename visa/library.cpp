@@ -3,169 +3,103 @@
 #include "visa/functions.h"
 
 namespace provider = visa_provider;
+using namespace visa_provider;  // the types alone: the functions below stand for their own names
 
+#pragma GCC visibility push(default)
 extern "C" {
 
-[[gnu::visibility("default")]] provider::ViStatus viOpenDefaultRM(provider::ViPSession session) {
+ViStatus viOpenDefaultRM(ViPSession session) {
     return provider::viOpenDefaultRM(session);
 }
-
 // The former name of viOpenDefaultRM (VPP-4.3, rule 4.3.14).
-[[gnu::visibility("default")]] provider::ViStatus viGetDefaultRM(provider::ViPSession session) {
+ViStatus viGetDefaultRM(ViPSession session) {
     return provider::viOpenDefaultRM(session);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viOpen(provider::ViSession manager,
-                                                         provider::ViConstRsrc name,
-                                                         provider::ViAccessMode mode,
-                                                         provider::ViUInt32 timeout,
-                                                         provider::ViPSession session) {
+ViStatus viOpen(ViSession manager, ViConstRsrc name, ViAccessMode mode, ViUInt32 timeout,
+                ViPSession session) {
     return provider::viOpen(manager, name, mode, timeout, session);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viClose(provider::ViObject object) {
+ViStatus viClose(ViObject object) {
     return provider::viClose(object);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viGetAttribute(provider::ViObject object,
-                                                                 provider::ViAttr attribute,
-                                                                 void* value) {
+ViStatus viGetAttribute(ViObject object, ViAttr attribute, void* value) {
     return provider::viGetAttribute(object, attribute, value);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viSetAttribute(provider::ViObject object,
-                                                                 provider::ViAttr attribute,
-                                                                 provider::ViAttrState value) {
+ViStatus viSetAttribute(ViObject object, ViAttr attribute, ViAttrState value) {
     return provider::viSetAttribute(object, attribute, value);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viStatusDesc(provider::ViObject object,
-                                                               provider::ViStatus status,
-                                                               provider::ViChar* description) {
+ViStatus viStatusDesc(ViObject object, ViStatus status, ViChar* description) {
     return provider::viStatusDesc(object, status, description);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viRead(provider::ViSession session,
-                                                         provider::ViPBuf buffer,
-                                                         provider::ViUInt32 count,
-                                                         provider::ViPUInt32 actual) {
+ViStatus viRead(ViSession session, ViPBuf buffer, ViUInt32 count, ViPUInt32 actual) {
     return provider::viRead(session, buffer, count, actual);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viWrite(provider::ViSession session,
-                                                          provider::ViConstBuf buffer,
-                                                          provider::ViUInt32 count,
-                                                          provider::ViPUInt32 actual) {
+ViStatus viWrite(ViSession session, ViConstBuf buffer, ViUInt32 count, ViPUInt32 actual) {
     return provider::viWrite(session, buffer, count, actual);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viReadAsync(provider::ViSession session,
-                                                              provider::ViPBuf buffer,
-                                                              provider::ViUInt32 count,
-                                                              provider::ViPJobId job) {
+ViStatus viReadAsync(ViSession session, ViPBuf buffer, ViUInt32 count, ViPJobId job) {
     return provider::viReadAsync(session, buffer, count, job);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viWriteAsync(provider::ViSession session,
-                                                               provider::ViConstBuf buffer,
-                                                               provider::ViUInt32 count,
-                                                               provider::ViPJobId job) {
+ViStatus viWriteAsync(ViSession session, ViConstBuf buffer, ViUInt32 count, ViPJobId job) {
     return provider::viWriteAsync(session, buffer, count, job);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viAssertTrigger(provider::ViSession session,
-                                                                  provider::ViUInt16 protocol) {
+ViStatus viAssertTrigger(ViSession session, ViUInt16 protocol) {
     return provider::viAssertTrigger(session, protocol);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viReadSTB(provider::ViSession session,
-                                                            provider::ViPUInt16 status) {
+ViStatus viReadSTB(ViSession session, ViPUInt16 status) {
     return provider::viReadSTB(session, status);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viClear(provider::ViSession session) {
+ViStatus viClear(ViSession session) {
     return provider::viClear(session);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viLock(provider::ViSession session,
-                                                         provider::ViAccessMode type,
-                                                         provider::ViUInt32 timeout,
-                                                         provider::ViConstKeyId requestedKey,
-                                                         provider::ViChar* accessKey) {
+ViStatus viTerminate(ViSession session, ViUInt16 degree, ViJobId job) {
+    return provider::viTerminate(session, degree, job);
+}
+ViStatus viLock(ViSession session, ViAccessMode type, ViUInt32 timeout, ViConstKeyId requestedKey,
+                ViChar* accessKey) {
     return provider::viLock(session, type, timeout, requestedKey, accessKey);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viUnlock(provider::ViSession session) {
+ViStatus viUnlock(ViSession session) {
     return provider::viUnlock(session);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viEnableEvent(provider::ViSession session,
-                                                                provider::ViEventType type,
-                                                                provider::ViUInt16 mechanism,
-                                                                provider::ViEventFilter context) {
+ViStatus viEnableEvent(ViSession session, ViEventType type, ViUInt16 mechanism,
+                       ViEventFilter context) {
     return provider::viEnableEvent(session, type, mechanism, context);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viDisableEvent(provider::ViSession session,
-                                                                 provider::ViEventType type,
-                                                                 provider::ViUInt16 mechanism) {
+ViStatus viDisableEvent(ViSession session, ViEventType type, ViUInt16 mechanism) {
     return provider::viDisableEvent(session, type, mechanism);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viDiscardEvents(provider::ViSession session,
-                                                                  provider::ViEventType type,
-                                                                  provider::ViUInt16 mechanism) {
+ViStatus viDiscardEvents(ViSession session, ViEventType type, ViUInt16 mechanism) {
     return provider::viDiscardEvents(session, type, mechanism);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viWaitOnEvent(provider::ViSession session,
-                                                                provider::ViEventType type,
-                                                                provider::ViUInt32 timeout,
-                                                                provider::ViPEventType outType,
-                                                                provider::ViPEvent outContext) {
+ViStatus viWaitOnEvent(ViSession session, ViEventType type, ViUInt32 timeout, ViPEventType outType,
+                       ViPEvent outContext) {
     return provider::viWaitOnEvent(session, type, timeout, outType, outContext);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viInstallHandler(provider::ViSession session,
-                                                                   provider::ViEventType type,
-                                                                   provider::ViHndlr handler,
-                                                                   provider::ViAddr userHandle) {
+ViStatus viInstallHandler(ViSession session, ViEventType type, ViHndlr handler, ViAddr userHandle) {
     return provider::viInstallHandler(session, type, handler, userHandle);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viUninstallHandler(provider::ViSession session,
-                                                                     provider::ViEventType type,
-                                                                     provider::ViHndlr handler,
-                                                                     provider::ViAddr userHandle) {
+ViStatus viUninstallHandler(ViSession session, ViEventType type, ViHndlr handler,
+                            ViAddr userHandle) {
     return provider::viUninstallHandler(session, type, handler, userHandle);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viFindRsrc(provider::ViSession manager,
-                                                             provider::ViConstString expression,
-                                                             provider::ViPFindList list,
-                                                             provider::ViPUInt32 count,
-                                                             provider::ViChar* name) {
+ViStatus viFindRsrc(ViSession manager, ViConstString expression, ViPFindList list, ViPUInt32 count,
+                    ViChar* name) {
     return provider::viFindRsrc(manager, expression, list, count, name);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viFindNext(provider::ViFindList list,
-                                                             provider::ViChar* name) {
+ViStatus viFindNext(ViFindList list, ViChar* name) {
     return provider::viFindNext(list, name);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viParseRsrc(provider::ViSession manager,
-                                                              provider::ViConstRsrc name,
-                                                              provider::ViPUInt16 interfaceType,
-                                                              provider::ViPUInt16 interfaceNumber) {
+ViStatus viParseRsrc(ViSession manager, ViConstRsrc name, ViPUInt16 interfaceType,
+                     ViPUInt16 interfaceNumber) {
     return provider::viParseRsrc(manager, name, interfaceType, interfaceNumber);
 }
-
-[[gnu::visibility("default")]] provider::ViStatus viParseRsrcEx(
-    provider::ViSession manager, provider::ViConstRsrc name, provider::ViPUInt16 interfaceType,
-    provider::ViPUInt16 interfaceNumber, provider::ViChar* resourceClass,
-    provider::ViChar* expandedName, provider::ViChar* alias) {
+ViStatus viParseRsrcEx(ViSession manager, ViConstRsrc name, ViPUInt16 interfaceType,
+                       ViPUInt16 interfaceNumber, ViChar* resourceClass, ViChar* expandedName,
+                       ViChar* alias) {
     return provider::viParseRsrcEx(manager, name, interfaceType, interfaceNumber, resourceClass,
                                    expandedName, alias);
 }
 
 }  // extern "C"
+#pragma GCC visibility pop

@@ -27,6 +27,9 @@ class Object {
     // Called once, when the handle is gone: ends what waits on the object.
     virtual void Close() {}
 
+    // Called when the function of that name, a literal, was called on the object and fails.
+    virtual void TellFailure(ViStatus /*status*/, const char* /*operation*/) {}
+
     // The object's handle, 0 until it has one.
     [[nodiscard]] ViObject Handle() const { return handle_; }
 

@@ -1,9 +1,10 @@
 #include "visa/resource_lock.h"
 
-#include <algorithm>
 #include <random>
+#include <thread>
+#include <utility>
 
-#include "visa/resource_name.h"
+#include "visa/time_limit.h"
 
 namespace visa_provider {
 
@@ -11,6 +12,9 @@ namespace {
 
 // A requested key has fewer characters than this (VPP-4.3, rule 3.6.17).
 constexpr std::size_t kKeyLimit = 256;
+
+// Other processes can't wake those who wait here, so they look this often.
+constexpr std::chrono::milliseconds kLookAgain(2);
 
 // A key that no other host makes: 128 random bits.
 std::string NewKey() {
@@ -25,168 +29,183 @@ std::string NewKey() {
 
 }  // namespace
 
-bool ResourceLock::OtherHasExclusive(Holder holder) const {
-    return std::ranges::any_of(holders_, [holder](const auto& entry) {
-        return entry.first != holder && entry.second.exclusive > 0;
-    });
+bool ResourceLock::TryHold(Part part, Held how) {
+    return !file_ || file_->TryHold(part, how);
 }
 
-bool ResourceLock::OtherHasShared(Holder holder) const {
-    return std::ranges::any_of(holders_, [holder](const auto& entry) {
-        return entry.first != holder && entry.second.shared > 0;
-    });
+void ResourceLock::GiveBack(Part part) {
+    if (file_) {
+        file_->GiveBack(part);
+    }
 }
 
-ViStatus ResourceLock::TryExclusive(Holder holder, Counts& own) {
-    if (own.exclusive > 0) {
-        ++own.exclusive;
+LockFile::Held ResourceLock::HeldByOthers(Part part) const {
+    return file_ ? file_->HeldByOthers(part) : Held::kNot;
+}
+
+ViStatus ResourceLock::TryExclusive() {
+    if (exclusive_ > 0) {
+        ++exclusive_;
         return VI_SUCCESS_NESTED_EXCLUSIVE;
     }
-    if (OtherHasExclusive(holder) || (own.shared == 0 && OtherHasShared(holder))) {
+    if (!TryHold(shared_ > 0 ? Part::kAmongSharers : Part::kResource, Held::kAlone)) {
         return VI_ERROR_RSRC_LOCKED;
     }
-    ++own.exclusive;
+    ++exclusive_;
     return VI_SUCCESS;
 }
 
-ViStatus ResourceLock::TryShared(Holder holder, Counts& own, const std::string& requestedKey) {
-    if (own.exclusive > 0) {
+// Called with the file's guard held.
+ViStatus ResourceLock::JoinOrBeginSharing(const std::string& requestedKey) {
+    std::string key = requestedKey;
+    switch (HeldByOthers(Part::kResource)) {
+        case Held::kAlone:
+            return VI_ERROR_RSRC_LOCKED;
+        case Held::kShared:
+            if (requestedKey.empty()) {
+                return VI_ERROR_RSRC_LOCKED;
+            }
+            if (requestedKey != file_->Key()) {
+                return VI_ERROR_INV_ACCESS_KEY;
+            }
+            break;
+        case Held::kNot:
+            if (key.empty()) {
+                key = NewKey();
+            }
+            if (file_ && !file_->SetKey(key)) {
+                return VI_ERROR_ALLOC;
+            }
+    }
+    if (!TryHold(Part::kResource, Held::kShared)) {
+        return VI_ERROR_RSRC_LOCKED;  // somebody took it exclusively meanwhile
+    }
+    key_ = std::move(key);
+    return VI_SUCCESS;
+}
+
+ViStatus ResourceLock::TryShared(const std::string& requestedKey) {
+    if (exclusive_ > 0) {
         return VI_ERROR_RSRC_LOCKED;  // no way back from exclusive to shared (rule 3.6.12)
     }
-    if (own.shared > 0) {
+    if (shared_ > 0) {
         if (!requestedKey.empty() && requestedKey != key_) {
             return VI_ERROR_INV_ACCESS_KEY;
         }
-        ++own.shared;
+        ++shared_;
         return VI_SUCCESS_NESTED_SHARED;
     }
-    if (OtherHasShared(holder)) {
-        if (requestedKey.empty()) {
+    // The guard is held for moments only. A process that was halted with it is not waited for.
+    constexpr int kAttempts = 100;
+    for (int attempt = 0; !TryHold(Part::kGuard, Held::kAlone); ++attempt) {
+        if (attempt == kAttempts) {
             return VI_ERROR_RSRC_LOCKED;
         }
-        if (requestedKey != key_) {
-            return VI_ERROR_INV_ACCESS_KEY;
-        }
-    } else if (OtherHasExclusive(holder)) {
-        return VI_ERROR_RSRC_LOCKED;
-    } else {
-        key_ = requestedKey.empty() ? NewKey() : requestedKey;
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
     }
-    ++own.shared;
-    return VI_SUCCESS;
+    const ViStatus status = JoinOrBeginSharing(requestedKey);
+    GiveBack(Part::kGuard);
+    if (status >= 0) {
+        ++shared_;
+    }
+    return status;
 }
 
-ViStatus ResourceLock::Acquire(Holder holder, ViAccessMode type, ViUInt32 timeout,
-                               const std::string& requestedKey, std::string& accessKey) {
+ViStatus ResourceLock::TryOnce(ViAccessMode type, const std::string& requestedKey,
+                               std::string& accessKey, bool& mayChange) {
+    const std::lock_guard guard(mutex_);
+    mayChange = false;
+    if (closed_) {
+        return VI_ERROR_ABORT;
+    }
+    const bool isExclusive = type == VI_EXCLUSIVE_LOCK;
+    // What the session itself holds doesn't go away while it waits.
+    mayChange = isExclusive || (exclusive_ == 0 && shared_ == 0);
+    const ViStatus status = isExclusive ? TryExclusive() : TryShared(requestedKey);
+    if (status >= 0) {
+        accessKey = isExclusive ? std::string() : key_;
+    }
+    return status;
+}
+
+ViStatus ResourceLock::Acquire(ViAccessMode type, const Call& call, const std::string& requestedKey,
+                               std::string& accessKey) {
     if (type != VI_EXCLUSIVE_LOCK && type != VI_SHARED_LOCK) {
         return VI_ERROR_INV_LOCK_TYPE;
     }
     if (type == VI_SHARED_LOCK && requestedKey.size() >= kKeyLimit) {
         return VI_ERROR_INV_ACCESS_KEY;
     }
-    const Deadline deadline = DeadlineAfter(timeout, Clock::now());
+    if (!alone_ && !file_) {
+        return VI_ERROR_ALLOC;  // better refused than held against nobody
+    }
+    const Deadline deadline = DeadlineAfter(call.Timeout(), Clock::now());
     for (;;) {
         const auto seen = changed_.Count();
-        ViStatus status = VI_SUCCESS;
-        {
-            const std::lock_guard guard(mutex_);
-            const auto entry = holders_.find(holder);
-            if (entry == holders_.end()) {
-                return VI_ERROR_ABORT;
-            }
-            auto& own = entry->second;
-            const bool isExclusive = type == VI_EXCLUSIVE_LOCK;
-            const bool mayWait = isExclusive || (own.exclusive == 0 && own.shared == 0);
-            status = isExclusive ? TryExclusive(holder, own) : TryShared(holder, own, requestedKey);
-            if (status >= 0) {
-                accessKey = isExclusive ? std::string() : key_;
-                return status;
-            }
-            // What the session itself holds doesn't go away while it waits.
-            if (!mayWait) {
-                return status;
-            }
+        if (call.IsStopped()) {
+            return VI_ERROR_ABORT;
+        }
+        bool mayChange = false;
+        const ViStatus status = TryOnce(type, requestedKey, accessKey, mayChange);
+        if (status >= 0 || !mayChange) {
+            return status;
         }
         if (HasPassed(deadline, Clock::now())) {
             const bool gaveUpAfterWait =
-                timeout != VI_TMO_IMMEDIATE && status == VI_ERROR_RSRC_LOCKED;
+                call.Timeout() != VI_TMO_IMMEDIATE && status == VI_ERROR_RSRC_LOCKED;
             return gaveUpAfterWait ? VI_ERROR_TMO : status;
         }
-        changed_.WaitForChange(seen, deadline);
+        changed_.WaitForChange(seen, Earlier(deadline, Clock::now() + kLookAgain));
     }
 }
 
-ViStatus ResourceLock::Release(Holder holder) {
-    ViStatus status = VI_SUCCESS;
-    {
-        const std::lock_guard guard(mutex_);
-        const auto entry = holders_.find(holder);
-        if (entry == holders_.end()) {
-            return VI_ERROR_SESN_NLOCKED;
-        }
-        auto& own = entry->second;
-        if (own.exclusive == 0 && own.shared == 0) {
-            return VI_ERROR_SESN_NLOCKED;
-        }
-        --(own.exclusive > 0 ? own.exclusive : own.shared);
-        if (own.exclusive > 0) {
-            status = VI_SUCCESS_NESTED_EXCLUSIVE;
-        } else if (own.shared > 0) {
-            status = VI_SUCCESS_NESTED_SHARED;
-        }
-    }
-    changed_.Raise();
-    return status;
-}
-
-void ResourceLock::Join(Holder holder) {
+ViStatus ResourceLock::Release() {
     const std::lock_guard guard(mutex_);
-    holders_.try_emplace(holder);
+    if (exclusive_ > 0) {
+        if (--exclusive_ == 0) {
+            GiveBack(shared_ > 0 ? Part::kAmongSharers : Part::kResource);
+        }
+    } else if (shared_ > 0) {
+        if (--shared_ == 0) {
+            GiveBack(Part::kResource);
+        }
+    } else {
+        return VI_ERROR_SESN_NLOCKED;
+    }
+    if (exclusive_ > 0) {
+        return VI_SUCCESS_NESTED_EXCLUSIVE;
+    }
+    return shared_ > 0 ? VI_SUCCESS_NESTED_SHARED : VI_SUCCESS;
 }
 
-void ResourceLock::Leave(Holder holder) {
+void ResourceLock::Close() {
     {
         const std::lock_guard guard(mutex_);
-        holders_.erase(holder);
+        closed_ = true;
+        exclusive_ = 0;
+        shared_ = 0;
+        GiveBack(Part::kAmongSharers);
+        GiveBack(Part::kResource);
     }
     changed_.Raise();
 }
 
-bool ResourceLock::MayUse(Holder holder) const {
+bool ResourceLock::MayUse() const {
     const std::lock_guard guard(mutex_);
-    if (OtherHasExclusive(holder)) {
-        return false;
-    }
-    if (!OtherHasShared(holder)) {
+    if (exclusive_ > 0) {
         return true;
     }
-    const auto own = holders_.find(holder);
-    return own != holders_.end() && (own->second.shared > 0 || own->second.exclusive > 0);
+    return HeldByOthers(shared_ > 0 ? Part::kAmongSharers : Part::kResource) == Held::kNot;
 }
 
 ViAccessMode ResourceLock::State() const {
     const std::lock_guard guard(mutex_);
-    if (OtherHasExclusive(nullptr)) {
+    const Held resource = HeldByOthers(Part::kResource);
+    if (exclusive_ > 0 || resource == Held::kAlone ||
+        HeldByOthers(Part::kAmongSharers) == Held::kAlone) {
         return VI_EXCLUSIVE_LOCK;
     }
-    return OtherHasShared(nullptr) ? VI_SHARED_LOCK : VI_NO_LOCK;
-}
-
-std::shared_ptr<ResourceLock> LockOfResource(const std::string& name) {
-    struct Registry {
-        std::mutex mutex;
-        std::map<std::string, std::weak_ptr<ResourceLock>> locks;
-    };
-    static auto& registry = *new Registry;  // as long-lived as the sessions
-    const std::lock_guard guard(registry.mutex);
-    std::erase_if(registry.locks, [](const auto& entry) { return entry.second.expired(); });
-    auto& known = registry.locks[InCapitals(name)];
-    auto lock = known.lock();
-    if (!lock) {
-        lock = std::make_shared<ResourceLock>();
-        known = lock;
-    }
-    return lock;
+    return shared_ > 0 || resource == Held::kShared ? VI_SHARED_LOCK : VI_NO_LOCK;
 }
 
 }  // namespace visa_provider

@@ -1,62 +1,70 @@
-// Exclusive and shared locks of a resource among its sessions (VPP-4.3, section 3.6).
+// Exclusive and shared locks of a session on its resource (VPP-4.3, section 3.6).
 #pragma once
 
-#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
 
+#include "visa/call.h"
+#include "visa/lock_file.h"
 #include "visa/signal.h"
 #include "visa/visa.h"
 
 namespace visa_provider {
 
-// The locks of one resource. A holder is a session, told by its address. Thread-safe.
+// One session's locks. They count against those of every other session to the resource on this
+// computer (VPP-4.3, rule 3.6.8), which the lock file tells of. Thread-safe.
 class ResourceLock {
   public:
-    using Holder = const void*;
+    // A resource that this session has alone: no other lock can stand against its own.
+    ResourceLock() : alone_(true) {}
+    // A resource that others may have too. A null file, for a system that has no place for one,
+    // refuses every lock with VI_ERROR_ALLOC.
+    explicit ResourceLock(std::unique_ptr<LockFile> file) : alone_(false), file_(std::move(file)) {}
 
-    // Makes a session one of those that the resource has. Before `Join` and after `Leave` it can't
-    // have a lock.
-    void Join(Holder holder);
+    // Gives all locks back, and ends waits with VI_ERROR_ABORT, now and later.
+    void Close();
 
-    // Gives all locks of a session that is closed back, and ends its waits with VI_ERROR_ABORT.
-    void Leave(Holder holder);
-
-    // Takes a lock of `type` for `holder`, waiting for at most `timeout` milliseconds.
-    // `requestedKey` is empty when the caller names none. `accessKey` becomes the key of a shared
-    // lock and empty for an exclusive one.
-    [[nodiscard]] ViStatus Acquire(Holder holder, ViAccessMode type, ViUInt32 timeout,
+    // Takes a lock of `type`, waiting for at most the call's time-out. `requestedKey` is empty when
+    // the caller names none. `accessKey` becomes the key of a shared lock and empty for an
+    // exclusive one.
+    [[nodiscard]] ViStatus Acquire(ViAccessMode type, const Call& call,
                                    const std::string& requestedKey, std::string& accessKey);
 
-    // Gives the innermost lock of `holder` back.
-    [[nodiscard]] ViStatus Release(Holder holder);
+    // Gives the innermost lock back.
+    [[nodiscard]] ViStatus Release();
 
-    // True when no lock of another session keeps `holder` from using the resource.
-    [[nodiscard]] bool MayUse(Holder holder) const;
+    // True when no lock of another session keeps this one from using the resource.
+    [[nodiscard]] bool MayUse() const;
 
     // VI_NO_LOCK, VI_EXCLUSIVE_LOCK or VI_SHARED_LOCK, over all sessions.
     [[nodiscard]] ViAccessMode State() const;
 
-  private:
-    struct Counts {
-        unsigned exclusive = 0;
-        unsigned shared = 0;
-    };
+    // Lets those who wait look whether their call was stopped.
+    void Wake() { changed_.Raise(); }
 
-    [[nodiscard]] ViStatus TryExclusive(Holder holder, Counts& own);
-    [[nodiscard]] ViStatus TryShared(Holder holder, Counts& own, const std::string& requestedKey);
-    [[nodiscard]] bool OtherHasExclusive(Holder holder) const;
-    [[nodiscard]] bool OtherHasShared(Holder holder) const;
+  private:
+    using Part = LockFile::Part;
+    using Held = LockFile::Held;
+
+    [[nodiscard]] ViStatus TryExclusive();
+    [[nodiscard]] ViStatus TryShared(const std::string& requestedKey);
+    [[nodiscard]] ViStatus JoinOrBeginSharing(const std::string& requestedKey);
+    // What an attempt came to; `mayChange` when another session may let the next one succeed.
+    [[nodiscard]] ViStatus TryOnce(ViAccessMode type, const std::string& requestedKey,
+                                   std::string& accessKey, bool& mayChange);
+    [[nodiscard]] bool TryHold(Part part, Held how);
+    void GiveBack(Part part);
+    [[nodiscard]] Held HeldByOthers(Part part) const;
 
     mutable std::mutex mutex_;
     Signal changed_;
-    std::map<Holder, Counts> holders_;
-    std::string key_;  // of the shared locks, while there are any
+    const bool alone_;
+    const std::unique_ptr<LockFile> file_;
+    unsigned exclusive_ = 0;
+    unsigned shared_ = 0;
+    std::string key_;  // of the shared lock, while there is one
+    bool closed_ = false;
 };
-
-// The lock that all sessions of the process to the resource `name` have in common. Names that
-// differ in capitals only are the same.
-[[nodiscard]] std::shared_ptr<ResourceLock> LockOfResource(const std::string& name);
 
 }  // namespace visa_provider

@@ -27,8 +27,9 @@ ViStatus OpenSocket(ViSession manager, const ResourceName& name, ViUInt32 timeou
     }
     auto hostName = HostNameOf(name, *socket);
     auto link = std::make_unique<SocketLink>(std::move(socket), std::move(hostName), name.port);
-    opened = std::make_shared<Session>(manager, name, std::move(link), std::make_shared<Signal>(),
-                                       LockOfResource(name.Canonical()));
+    opened =
+        std::make_shared<Session>(manager, name, std::move(link), std::make_shared<Signal>(),
+                                  std::make_unique<ResourceLock>(LockFile::Open(name.Canonical())));
     return VI_SUCCESS;
 }
 
@@ -43,7 +44,7 @@ ViStatus OpenVirtual(ViSession manager, ResourceName name, std::shared_ptr<Sessi
     auto changed = std::make_shared<Signal>();
     auto link = std::make_unique<VirtualLink>(std::move(device), name.model, changed);
     opened = std::make_shared<Session>(manager, std::move(name), std::move(link),
-                                       std::move(changed), std::make_shared<ResourceLock>());
+                                       std::move(changed), std::make_unique<ResourceLock>());
     return VI_SUCCESS;
 }
 

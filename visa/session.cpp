@@ -45,7 +45,7 @@ class HandlerContext {
 }  // namespace
 
 Session::Session(ViSession manager, ResourceName name, std::unique_ptr<Link> link,
-                 std::shared_ptr<Signal> changed, std::shared_ptr<ResourceLock> lock)
+                 std::shared_ptr<Signal> changed, std::unique_ptr<ResourceLock> lock)
     : manager_(manager),
       name_(std::move(name)),
       changed_(std::move(changed)),
@@ -54,22 +54,40 @@ Session::Session(ViSession manager, ResourceName name, std::unique_ptr<Link> lin
               [this](const Occurrence& occurrence, const std::vector<Handler>& handlers) {
                   CallHandlers(occurrence, handlers);
               }),
-      link_(std::move(link)) {
-    lock_->Join(this);
+      link_(std::move(link)),
+      calls_([this] { link_->Interrupt(); }, [this] { link_->InterruptOver(); }) {
     link_->SetServiceRequestListener([this] {
-        events_.Raise(Occurrence{VI_EVENT_SERVICE_REQ, std::nullopt});
+        events_.Raise(Occurrence{VI_EVENT_SERVICE_REQ, std::nullopt, std::nullopt});
     });
-}
-
-Session::~Session() {
-    lock_->Leave(this);
 }
 
 void Session::Close() {
     closed_ = true;
-    lock_->Leave(this);
+    lock_->Close();
     link_->Abort();
     changed_->Raise();
+}
+
+void Session::TellFailure(ViStatus status, const char* operation) {
+    // A handler that fails itself would call itself for ever.
+    thread_local bool isTelling = false;
+    if (isTelling || closed_) {
+        return;
+    }
+    isTelling = true;
+    struct Over {
+        ~Over() { isTelling = false; }
+    } const over;
+    events_.Raise(Occurrence{VI_EVENT_EXCEPTION, std::nullopt, Failure{status, operation}});
+}
+
+ViStatus Session::Terminate(ViJobId job) {
+    if (!calls_.Stop(job)) {
+        return VI_ERROR_INV_JOB_ID;
+    }
+    lock_->Wake();
+    changed_->Raise();
+    return VI_SUCCESS;
 }
 
 ReadRules Session::RulesOfRead() const {
@@ -78,25 +96,26 @@ ReadRules Session::RulesOfRead() const {
         rules.terminator = static_cast<std::byte>(terminator_.load());
     }
     rules.stopAtEnd = !suppressEnd_;
-    rules.timeout = timeout_;
     return rules;
 }
 
-Transfer Session::Read(std::span<std::byte> target) {
-    if (!lock_->MayUse(this)) {
+Transfer Session::Read(std::span<std::byte> target, ViJobId job) {
+    if (!lock_->MayUse()) {
         return {VI_ERROR_RSRC_LOCKED, 0};
     }
-    return link_->Read(target, RulesOfRead());
+    const RunningCall call(calls_, timeout_, job);
+    return link_->Read(target, RulesOfRead(), call);
 }
 
-Transfer Session::Write(std::span<const std::byte> bytes) {
-    if (!lock_->MayUse(this)) {
+Transfer Session::Write(std::span<const std::byte> bytes, ViJobId job) {
+    if (!lock_->MayUse()) {
         return {VI_ERROR_RSRC_LOCKED, 0};
     }
     if (bytes.empty()) {
         return {VI_SUCCESS, 0};  // END can't be sent without a byte
     }
-    return link_->Write(bytes, sendEnd_, timeout_);
+    const RunningCall call(calls_, timeout_, job);
+    return link_->Write(bytes, sendEnd_, call);
 }
 
 ViStatus Session::Complete(const Transfer& transfer, ViJobId job, const void* buffer,
@@ -108,71 +127,76 @@ ViStatus Session::Complete(const Transfer& transfer, ViJobId job, const void* bu
     completion.buffer = const_cast<void*>(buffer);
     completion.count = transfer.count;
     completion.operation = operation;
-    events_.Raise(Occurrence{VI_EVENT_IO_COMPLETION, std::move(completion)});
+    events_.Raise(Occurrence{VI_EVENT_IO_COMPLETION, std::move(completion), std::nullopt});
     return VI_SUCCESS_SYNC;
 }
 
 ViStatus Session::ReadAsync(std::span<std::byte> target, ViJobId* job) {
-    if (!lock_->MayUse(this)) {
+    if (!lock_->MayUse()) {
         return VI_ERROR_RSRC_LOCKED;
     }
     const ViJobId number = NextJob(lastJob_);
     if (job) {
         *job = number;  // known before the transfer begins (VPP-4.3, rule 6.1.8)
     }
-    return Complete(Read(target), number, target.data(), "viReadAsync");
+    return Complete(Read(target, number), number, target.data(), "viReadAsync");
 }
 
 ViStatus Session::WriteAsync(std::span<const std::byte> bytes, ViJobId* job) {
-    if (!lock_->MayUse(this)) {
+    if (!lock_->MayUse()) {
         return VI_ERROR_RSRC_LOCKED;
     }
     const ViJobId number = NextJob(lastJob_);
     if (job) {
         *job = number;
     }
-    return Complete(Write(bytes), number, bytes.data(), "viWriteAsync");
+    return Complete(Write(bytes, number), number, bytes.data(), "viWriteAsync");
 }
 
 ViStatus Session::Trigger(ViUInt16 protocol) {
-    if (!lock_->MayUse(this)) {
+    if (!lock_->MayUse()) {
         return VI_ERROR_RSRC_LOCKED;
     }
     if (protocol != VI_TRIG_PROT_DEFAULT) {
         return VI_ERROR_INV_PROT;
     }
-    return link_->Trigger(protocol_, timeout_);
+    const RunningCall call(calls_, timeout_, 0);
+    return link_->Trigger(protocol_, call);
 }
 
 ViStatus Session::ReadStatusByte(ViUInt16& status) {
-    if (!lock_->MayUse(this)) {
+    if (!lock_->MayUse()) {
         return VI_ERROR_RSRC_LOCKED;
     }
-    return link_->ReadStatusByte(protocol_, timeout_, status);
+    const RunningCall call(calls_, timeout_, 0);
+    return link_->ReadStatusByte(protocol_, call, status);
 }
 
 ViStatus Session::Clear() {
-    if (!lock_->MayUse(this)) {
+    if (!lock_->MayUse()) {
         return VI_ERROR_RSRC_LOCKED;
     }
-    return link_->Clear(timeout_);
+    const RunningCall call(calls_, timeout_, 0);
+    return link_->Clear(call);
 }
 
 ViStatus Session::Lock(ViAccessMode type, ViUInt32 timeout, const std::string& requestedKey,
                        std::string& accessKey) {
-    return lock_->Acquire(this, type, timeout, requestedKey, accessKey);
+    const RunningCall call(calls_, timeout, 0);
+    return lock_->Acquire(type, call, requestedKey, accessKey);
 }
 
 ViStatus Session::Unlock() {
-    return lock_->Release(this);
+    return lock_->Release();
 }
 
 ViStatus Session::WaitOnEvent(ViEventType type, ViUInt32 timeout, Occurrence& taken) {
+    const RunningCall call(calls_, timeout, 0);
     const Deadline deadline = DeadlineAfter(timeout, Clock::now());
     for (;;) {
         const auto seen = changed_->Count();
         const Deadline next = link_->CatchUp();
-        if (closed_) {
+        if (closed_ || call.IsStopped()) {
             return VI_ERROR_ABORT;
         }
         const ViStatus status = events_.Take(type, taken);

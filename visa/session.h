@@ -10,6 +10,7 @@
 #include "visa/object.h"
 #include "visa/resource_lock.h"
 #include "visa/resource_name.h"
+#include "visa/running_calls.h"
 #include "visa/signal.h"
 
 namespace visa_provider {
@@ -20,21 +21,27 @@ class Session final : public Object, public std::enable_shared_from_this<Session
   public:
     // `changed` is raised by the link too, when it has something new for a thread that waits.
     Session(ViSession manager, ResourceName name, std::unique_ptr<Link> link,
-            std::shared_ptr<Signal> changed, std::shared_ptr<ResourceLock> lock);
-    ~Session() override;
+            std::shared_ptr<Signal> changed, std::unique_ptr<ResourceLock> lock);
 
     [[nodiscard]] std::optional<AttributeValue> Attribute(ViAttr attribute) const override;
     [[nodiscard]] ViStatus SetAttribute(ViAttr attribute, ViAttrState state) override;
     void Close() override;
+    // Raises VI_EVENT_EXCEPTION.
+    void TellFailure(ViStatus status, const char* operation) override;
 
     // The basic operations; VI_ERROR_RSRC_LOCKED while another session has the resource locked.
-    [[nodiscard]] Transfer Read(std::span<std::byte> target);
-    [[nodiscard]] Transfer Write(std::span<const std::byte> bytes);
+    // `job` is the number of an asynchronous one.
+    [[nodiscard]] Transfer Read(std::span<std::byte> target, ViJobId job = 0);
+    [[nodiscard]] Transfer Write(std::span<const std::byte> bytes, ViJobId job = 0);
     [[nodiscard]] ViStatus ReadAsync(std::span<std::byte> target, ViJobId* job);
     [[nodiscard]] ViStatus WriteAsync(std::span<const std::byte> bytes, ViJobId* job);
     [[nodiscard]] ViStatus Trigger(ViUInt16 protocol);
     [[nodiscard]] ViStatus ReadStatusByte(ViUInt16& status);
     [[nodiscard]] ViStatus Clear();
+
+    // Ends the call of that job, or all that run on the session for VI_NULL, with VI_ERROR_ABORT.
+    // VI_ERROR_INV_JOB_ID when no such job runs.
+    [[nodiscard]] ViStatus Terminate(ViJobId job);
 
     // As in class ResourceLock.
     [[nodiscard]] ViStatus Lock(ViAccessMode type, ViUInt32 timeout,
@@ -64,9 +71,10 @@ class Session final : public Object, public std::enable_shared_from_this<Session
     const ViSession manager_;
     const ResourceName name_;
     const std::shared_ptr<Signal> changed_;
-    const std::shared_ptr<ResourceLock> lock_;
+    const std::unique_ptr<ResourceLock> lock_;
     SessionEvents events_;
     const std::unique_ptr<Link> link_;
+    RunningCalls calls_;
     std::atomic<bool> closed_ = false;
 
     std::atomic<ViUInt32> timeout_ = 2000;

@@ -67,14 +67,17 @@ ViStatus SocketLink::Ended(SocketState state) const {
     return state == SocketState::kEnded ? VI_ERROR_CONN_LOST : VI_ERROR_IO;
 }
 
-Transfer SocketLink::Write(std::span<const std::byte> bytes, bool /*sendEnd*/, ViUInt32 timeout) {
-    ProgressTimer timer(timeout, Clock::now());
-    const TurnHolder turn(writing_, timer.Limit());
+Transfer SocketLink::Write(std::span<const std::byte> bytes, bool /*sendEnd*/, const Call& call) {
+    ProgressTimer timer(call.Timeout(), Clock::now());
+    const TurnHolder turn(writing_, timer.Limit(), call);
     if (!turn) {
-        return {VI_ERROR_TMO, 0};
+        return {NoTurn(call), 0};
     }
     std::size_t sent = 0;
     while (sent < bytes.size()) {
+        if (call.IsStopped()) {
+            return {VI_ERROR_ABORT, sent};
+        }
         const auto result = socket_->Send(bytes.subspan(sent));
         if (result.state == SocketState::kDone) {
             sent += result.count;
@@ -89,8 +92,11 @@ Transfer SocketLink::Write(std::span<const std::byte> bytes, bool /*sendEnd*/, V
 }
 
 ViStatus SocketLink::Receive(std::span<std::byte> target, const Deadline& deadline,
-                             std::size_t& count) {
+                             const Call& call, std::size_t& count) {
     for (;;) {
+        if (call.IsStopped()) {
+            return VI_ERROR_ABORT;
+        }
         const auto result = socket_->Receive(target);
         if (result.state == SocketState::kDone) {
             count = result.count;
@@ -121,11 +127,11 @@ std::size_t SocketLink::TakeAhead(std::span<std::byte> target, const ReadRules& 
 
 // Moves at least one byte to `target`, up to and with the first terminator.
 ViStatus SocketLink::ReadSome(std::span<std::byte> target, const ReadRules& rules,
-                              const Deadline& deadline, std::size_t& count) {
+                              const Deadline& deadline, const Call& call, std::size_t& count) {
     if (aheadStart_ == ahead_.size() && target.size() < kSmallRead) {
         std::byte received[kSmallRead];
         std::size_t size = 0;
-        if (const ViStatus status = Receive(received, deadline, size); status < 0) {
+        if (const ViStatus status = Receive(received, deadline, call, size); status < 0) {
             return status;
         }
         KeepAhead(std::span<const std::byte>(received, size));
@@ -137,7 +143,7 @@ ViStatus SocketLink::ReadSome(std::span<std::byte> target, const ReadRules& rule
     const auto room =
         rules.terminator ? target.first(std::min(target.size(), kTerminatedRead)) : target;
     std::size_t size = 0;
-    if (const ViStatus status = Receive(room, deadline, size); status < 0) {
+    if (const ViStatus status = Receive(room, deadline, call, size); status < 0) {
         return status;
     }
     count = EndOf(room.first(size), rules.terminator);
@@ -147,11 +153,11 @@ ViStatus SocketLink::ReadSome(std::span<std::byte> target, const ReadRules& rule
     return VI_SUCCESS;
 }
 
-Transfer SocketLink::Read(std::span<std::byte> target, const ReadRules& rules) {
-    ProgressTimer timer(rules.timeout, Clock::now());
-    const TurnHolder turn(reading_, timer.Limit());
+Transfer SocketLink::Read(std::span<std::byte> target, const ReadRules& rules, const Call& call) {
+    ProgressTimer timer(call.Timeout(), Clock::now());
+    const TurnHolder turn(reading_, timer.Limit(), call);
     if (!turn) {
-        return {VI_ERROR_TMO, 0};
+        return {NoTurn(call), 0};
     }
     std::size_t done = 0;
     while (done < target.size()) {
@@ -159,7 +165,8 @@ Transfer SocketLink::Read(std::span<std::byte> target, const ReadRules& rules) {
             return {VI_ERROR_ABORT, done};
         }
         std::size_t count = 0;
-        if (const ViStatus status = ReadSome(target.subspan(done), rules, timer.Limit(), count);
+        if (const ViStatus status =
+                ReadSome(target.subspan(done), rules, timer.Limit(), call, count);
             status < 0) {
             return {status, done};
         }
@@ -172,22 +179,22 @@ Transfer SocketLink::Read(std::span<std::byte> target, const ReadRules& rules) {
     return {VI_SUCCESS_MAX_CNT, done};
 }
 
-ViStatus SocketLink::ReadStatusByte(ViUInt16 protocol, ViUInt32 timeout, ViUInt16& status) {
+ViStatus SocketLink::ReadStatusByte(ViUInt16 protocol, const Call& call, ViUInt16& status) {
     if (protocol != VI_PROT_4882_STRS) {
         return VI_ERROR_INV_SETUP;
     }
     // The turns are taken for both messages, so that no other read gets the answer.
-    const Deadline deadline = DeadlineAfter(timeout, Clock::now());
-    const TurnHolder reading(reading_, deadline);
-    const TurnHolder writing(writing_, deadline);
+    const Deadline deadline = DeadlineAfter(call.Timeout(), Clock::now());
+    const TurnHolder reading(reading_, deadline, call);
+    const TurnHolder writing(writing_, deadline, call);
     if (!reading || !writing) {
-        return VI_ERROR_TMO;
+        return NoTurn(call);
     }
-    if (const auto sent = Write(AsBytes("*STB?\n"), true, timeout); sent.status < 0) {
+    if (const auto sent = Write(AsBytes("*STB?\n"), true, call); sent.status < 0) {
         return sent.status;
     }
     std::byte answer[32];
-    const auto read = Read(answer, ReadRules{std::byte{'\n'}, true, timeout});
+    const auto read = Read(answer, ReadRules{std::byte{'\n'}, true}, call);
     if (read.status < 0) {
         return read.status;
     }
@@ -200,18 +207,18 @@ ViStatus SocketLink::ReadStatusByte(ViUInt16 protocol, ViUInt32 timeout, ViUInt1
     return VI_SUCCESS;
 }
 
-ViStatus SocketLink::Trigger(ViUInt16 protocol, ViUInt32 timeout) {
+ViStatus SocketLink::Trigger(ViUInt16 protocol, const Call& call) {
     if (protocol != VI_PROT_4882_STRS) {
         return VI_ERROR_INV_SETUP;
     }
-    return Write(AsBytes("*TRG\n"), true, timeout).status;
+    return Write(AsBytes("*TRG\n"), true, call).status;
 }
 
-ViStatus SocketLink::Clear(ViUInt32 timeout) {
-    const Deadline deadline = DeadlineAfter(timeout, Clock::now());
-    const TurnHolder turn(reading_, deadline);
+ViStatus SocketLink::Clear(const Call& call) {
+    const Deadline deadline = DeadlineAfter(call.Timeout(), Clock::now());
+    const TurnHolder turn(reading_, deadline, call);
     if (!turn) {
-        return VI_ERROR_TMO;
+        return NoTurn(call);
     }
     ahead_.clear();
     aheadStart_ = 0;
@@ -223,6 +230,9 @@ ViStatus SocketLink::Clear(ViUInt32 timeout) {
         }
         if (result.state != SocketState::kDone) {
             return Ended(result.state);
+        }
+        if (call.IsStopped()) {
+            return VI_ERROR_ABORT;
         }
         // A peer that goes on sending would keep this here for ever.
         if (HasPassed(deadline, Clock::now())) {
@@ -266,6 +276,16 @@ ViStatus SocketLink::SetAttribute(ViAttr attribute, ViAttrState state) {
     }
     (isNoDelay ? noDelay_ : keepAlive_) = *enabled;
     return VI_SUCCESS;
+}
+
+void SocketLink::Interrupt() {
+    reading_.Wake();
+    writing_.Wake();
+    socket_->Wake();
+}
+
+void SocketLink::InterruptOver() {
+    socket_->WakeOver();
 }
 
 void SocketLink::Abort() {

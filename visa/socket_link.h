@@ -19,12 +19,13 @@ class SocketLink final : public Link {
     SocketLink(std::unique_ptr<TcpSocket> socket, std::string host, ViUInt16 port);
 
     [[nodiscard]] Transfer Write(std::span<const std::byte> bytes, bool sendEnd,
-                                 ViUInt32 timeout) override;
-    [[nodiscard]] Transfer Read(std::span<std::byte> target, const ReadRules& rules) override;
-    [[nodiscard]] ViStatus ReadStatusByte(ViUInt16 protocol, ViUInt32 timeout,
+                                 const Call& call) override;
+    [[nodiscard]] Transfer Read(std::span<std::byte> target, const ReadRules& rules,
+                                const Call& call) override;
+    [[nodiscard]] ViStatus ReadStatusByte(ViUInt16 protocol, const Call& call,
                                           ViUInt16& status) override;
-    [[nodiscard]] ViStatus Trigger(ViUInt16 protocol, ViUInt32 timeout) override;
-    [[nodiscard]] ViStatus Clear(ViUInt32 timeout) override;
+    [[nodiscard]] ViStatus Trigger(ViUInt16 protocol, const Call& call) override;
+    [[nodiscard]] ViStatus Clear(const Call& call) override;
     [[nodiscard]] bool HasProtocol(ViUInt16 protocol) const override;
     [[nodiscard]] bool HasEnd() const override { return false; }
     [[nodiscard]] std::optional<AttributeValue> Attribute(ViAttr attribute) const override;
@@ -32,14 +33,16 @@ class SocketLink final : public Link {
     [[nodiscard]] bool HasServiceRequests() const override { return false; }
     void SetServiceRequestListener(std::function<void()> /*listener*/) override {}
     Deadline CatchUp() override { return std::nullopt; }
+    void Interrupt() override;
+    void InterruptOver() override;
     void Abort() override;
 
   private:
     [[nodiscard]] ViStatus ReadSome(std::span<std::byte> target, const ReadRules& rules,
-                                    const Deadline& deadline, std::size_t& count);
+                                    const Deadline& deadline, const Call& call, std::size_t& count);
     [[nodiscard]] std::size_t TakeAhead(std::span<std::byte> target, const ReadRules& rules);
     [[nodiscard]] ViStatus Receive(std::span<std::byte> target, const Deadline& deadline,
-                                   std::size_t& count);
+                                   const Call& call, std::size_t& count);
     [[nodiscard]] ViStatus Ended(SocketState state) const;
     void KeepAhead(std::span<const std::byte> bytes);
 

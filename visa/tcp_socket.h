@@ -36,9 +36,14 @@ class TcpSocket {
     [[nodiscard]] SocketResult Receive(std::span<std::byte> target);
     [[nodiscard]] SocketResult Send(std::span<const std::byte> bytes);
 
-    // False when the deadline passed first. True also when the connection ended.
+    // False when the deadline passed first. True also when the connection ended or `Wake` was
+    // called.
     [[nodiscard]] bool WaitUntilReadable(const Deadline& deadline);
     [[nodiscard]] bool WaitUntilWritable(const Deadline& deadline);
+
+    // Wakes whoever waits, and lets nobody sleep until `WakeOver` was called as often.
+    void Wake();
+    void WakeOver();
 
     // Ends the connection and wakes whoever waits on it.
     void ShutDown();
@@ -53,6 +58,7 @@ class TcpSocket {
     TcpSocket(int handle, std::string peerAddress);
 
     const int handle_;
+    const int waker_;  // readable while somebody is to be awake; -1 if the system had none
     const std::string peerAddress_;
 };
 

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <thread>
 
+#include "visa/call.h"
 #include "visa/time_limit.h"
 
 namespace visa_provider {
@@ -13,9 +14,11 @@ namespace visa_provider {
 // take it again: an event handler that runs within a transfer may use the session.
 class Turn {
   public:
-    // False when another thread still had it at the deadline.
-    [[nodiscard]] bool Take(const Deadline& deadline);
+    // False when another thread still had it at the deadline, or when `call` was stopped first.
+    [[nodiscard]] bool Take(const Deadline& deadline, const Call& call);
     void Give();
+    // Lets those who wait look whether their call was stopped.
+    void Wake();
 
   private:
     std::mutex mutex_;
@@ -27,8 +30,8 @@ class Turn {
 // Takes a turn for a scope.
 class TurnHolder {
   public:
-    TurnHolder(Turn& turn, const Deadline& deadline)
-        : turn_(turn.Take(deadline) ? &turn : nullptr) {}
+    TurnHolder(Turn& turn, const Deadline& deadline, const Call& call)
+        : turn_(turn.Take(deadline, call) ? &turn : nullptr) {}
     ~TurnHolder() {
         if (turn_) {
             turn_->Give();
@@ -42,5 +45,10 @@ class TurnHolder {
   private:
     Turn* turn_;
 };
+
+// What a call answers that didn't get its turn.
+[[nodiscard]] inline ViStatus NoTurn(const Call& call) {
+    return call.IsStopped() ? VI_ERROR_ABORT : VI_ERROR_TMO;
+}
 
 }  // namespace visa_provider

@@ -36,7 +36,7 @@ void VirtualLink::DeviceChanged() {
     PassServiceRequestsOn();
 }
 
-Transfer VirtualLink::Write(std::span<const std::byte> bytes, bool sendEnd, ViUInt32 /*timeout*/) {
+Transfer VirtualLink::Write(std::span<const std::byte> bytes, bool sendEnd, const Call& /*call*/) {
     if (aborted_) {
         return {VI_ERROR_ABORT, 0};
     }
@@ -53,18 +53,18 @@ virtual_scope::ReadPiece VirtualLink::Take(std::span<std::byte> target, const Re
     return piece;
 }
 
-Transfer VirtualLink::Read(std::span<std::byte> target, const ReadRules& rules) {
-    ProgressTimer timer(rules.timeout, Clock::now());
-    const TurnHolder turn(reading_, timer.Limit());
+Transfer VirtualLink::Read(std::span<std::byte> target, const ReadRules& rules, const Call& call) {
+    ProgressTimer timer(call.Timeout(), Clock::now());
+    const TurnHolder turn(reading_, timer.Limit(), call);
     if (!turn) {
-        return {VI_ERROR_TMO, 0};
+        return {NoTurn(call), 0};
     }
     std::size_t done = 0;
     while (done < target.size()) {
-        if (aborted_) {
+        const auto seen = signal_->Count();
+        if (aborted_ || call.IsStopped()) {
             return {VI_ERROR_ABORT, done};
         }
-        const auto seen = signal_->Count();
         auto piece = Take(target.subspan(done), rules);
         Deadline next;
         if (piece.count == 0) {
@@ -90,7 +90,7 @@ Transfer VirtualLink::Read(std::span<std::byte> target, const ReadRules& rules) 
     return {VI_SUCCESS_MAX_CNT, done};
 }
 
-ViStatus VirtualLink::ReadStatusByte(ViUInt16 /*protocol*/, ViUInt32 /*timeout*/,
+ViStatus VirtualLink::ReadStatusByte(ViUInt16 /*protocol*/, const Call& /*call*/,
                                      ViUInt16& status) {
     if (aborted_) {
         return VI_ERROR_ABORT;
@@ -101,7 +101,7 @@ ViStatus VirtualLink::ReadStatusByte(ViUInt16 /*protocol*/, ViUInt32 /*timeout*/
     return VI_SUCCESS;
 }
 
-ViStatus VirtualLink::Trigger(ViUInt16 /*protocol*/, ViUInt32 /*timeout*/) {
+ViStatus VirtualLink::Trigger(ViUInt16 /*protocol*/, const Call& /*call*/) {
     if (aborted_) {
         return VI_ERROR_ABORT;
     }
@@ -110,7 +110,7 @@ ViStatus VirtualLink::Trigger(ViUInt16 /*protocol*/, ViUInt32 /*timeout*/) {
     return VI_SUCCESS;
 }
 
-ViStatus VirtualLink::Clear(ViUInt32 /*timeout*/) {
+ViStatus VirtualLink::Clear(const Call& /*call*/) {
     if (aborted_) {
         return VI_ERROR_ABORT;
     }
@@ -152,6 +152,11 @@ Deadline VirtualLink::CatchUp() {
     device_->Poll();
     PassServiceRequestsOn();
     return device_->NextEvent();
+}
+
+void VirtualLink::Interrupt() {
+    reading_.Wake();
+    signal_->Raise();
 }
 
 void VirtualLink::Abort() {

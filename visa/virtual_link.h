@@ -25,12 +25,13 @@ class VirtualLink final : public Link {
     VirtualLink& operator=(const VirtualLink&) = delete;
 
     [[nodiscard]] Transfer Write(std::span<const std::byte> bytes, bool sendEnd,
-                                 ViUInt32 timeout) override;
-    [[nodiscard]] Transfer Read(std::span<std::byte> target, const ReadRules& rules) override;
-    [[nodiscard]] ViStatus ReadStatusByte(ViUInt16 protocol, ViUInt32 timeout,
+                                 const Call& call) override;
+    [[nodiscard]] Transfer Read(std::span<std::byte> target, const ReadRules& rules,
+                                const Call& call) override;
+    [[nodiscard]] ViStatus ReadStatusByte(ViUInt16 protocol, const Call& call,
                                           ViUInt16& status) override;
-    [[nodiscard]] ViStatus Trigger(ViUInt16 protocol, ViUInt32 timeout) override;
-    [[nodiscard]] ViStatus Clear(ViUInt32 timeout) override;
+    [[nodiscard]] ViStatus Trigger(ViUInt16 protocol, const Call& call) override;
+    [[nodiscard]] ViStatus Clear(const Call& call) override;
     [[nodiscard]] bool HasProtocol(ViUInt16 protocol) const override;
     [[nodiscard]] bool HasEnd() const override { return true; }
     [[nodiscard]] std::optional<AttributeValue> Attribute(ViAttr attribute) const override;
@@ -38,6 +39,8 @@ class VirtualLink final : public Link {
     [[nodiscard]] bool HasServiceRequests() const override { return true; }
     void SetServiceRequestListener(std::function<void()> listener) override;
     Deadline CatchUp() override;
+    void Interrupt() override;
+    void InterruptOver() override {}
     void Abort() override;
 
   private:

@@ -89,6 +89,13 @@ class FakeVisa {
     void LimitReads(std::size_t bytes, bool timeout);
     // A write takes at most this many bytes and succeeds. 0 ends it.
     void LimitWrites(std::size_t bytes);
+    // The viRead or viWrite of this number moves at most so many bytes. It succeeds: a read as if
+    // its count had been reached, with the rest for the next one.
+    void ShortenCall(int number, std::size_t bytes);
+    // It moves so many bytes and then times out; the rest of a response comes with the next read.
+    void DelayCall(int number, std::size_t bytes);
+    // From this call on the connection is lost for everything that needs the instrument.
+    void CutLink(int number);
     void SetDescription(visa::ViStatus status, std::string text);
     // Called in every viRead and viWrite, without the fake's lock.
     void OnTransfer(std::function<void()> callback);
@@ -118,7 +125,15 @@ class FakeVisa {
         std::size_t bytes;
     };
 
+    // Transfers that a fault hits: how far they get.
+    struct Limit {
+        std::size_t bytes;
+        bool timesOut;
+    };
+
     visa::ViStatus Begin(std::string call, std::string_view function);
+    // The limit of the read or write that runs. The caller holds the lock.
+    [[nodiscard]] Limit LimitOf(bool read) const;
     void TakeMessage();
 
     mutable std::mutex mutex_;
@@ -135,6 +150,8 @@ class FakeVisa {
     std::map<std::string, visa::ViStatus, std::less<>> failingFunctions_;
     std::map<visa::ViAttr, visa::ViStatus> failingAttributes_;
     std::map<int, visa::ViStatus> failingCalls_;
+    std::map<int, Limit> limitedCalls_;
+    int cutAt_ = 0;
     int callCount_ = 0;
     std::size_t readLimit_ = 0;
     bool readLimitTimeout_ = false;

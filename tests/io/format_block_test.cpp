@@ -155,6 +155,13 @@ TEST(FormatWriteBlock, MissingCountsAndNullsFail) {
     }
 }
 
+// A caller whose count went wrong has no elements: none may be read.
+TEST(FormatWriteBlock, ANegativeCountFromTheArgumentsIsUnexpected) {
+    EXPECT_EQ(WriteStatus("%*hb", -2, kShorts.data()), E_UNEXPECTED);
+    EXPECT_EQ(WriteStatus("%*hB", -2, kShorts.data()), E_UNEXPECTED);
+    EXPECT_EQ(WriteStatus("%*hy", -2, kShorts.data()), E_UNEXPECTED);
+}
+
 TEST(FormatWriteBlock, ABlockTooLongForItsHeaderWritesNothing) {
     MemoryBuffer buffer;
     EXPECT_EQ(WriteTo(buffer, "%125000000Zb", kShorts.data()), E_INVALIDARG);
@@ -198,7 +205,7 @@ TEST(FormatReadBlock, BytesBehindTheirHeader) {
     EXPECT_EQ(ReadFrom(buffer, "%5b", memory), kMore);
     EXPECT_STREQ(memory, "helloz");
     EXPECT_EQ(buffer.Unread(), ";1");
-    EXPECT_EQ(buffer.DirectReads(), 1);
+    EXPECT_EQ(buffer.DirectReads(), 2);  // the last digit of the length, and the data at once
 }
 
 TEST(FormatReadBlock, AnythingAfterTheBlockCanBeReadByTheSameFormat) {
@@ -262,12 +269,27 @@ TEST(FormatReadBlock, AnythingButAHeaderIsUnexpected) {
 
 TEST(FormatReadBlock, AHeaderThatEndsTheResponseIsAnEmptyBlock) {
     char memory[] = "zzz";
-    for (const char* response : {"#10", "#0", "#13"}) {
+    for (const char* response : {"#10", "#0"}) {
         std::int32_t count = 3;
         EXPECT_EQ(ReadText(response, "%#b", &count, memory), S_OK) << response;
         EXPECT_EQ(count, 0);
     }
     EXPECT_STREQ(memory, "zzz");
+}
+
+TEST(FormatReadBlock, AnAnnouncedBlockThatDoesNotComeIsATimeOut) {
+    char memory[] = "zzz";
+    std::int32_t count = 3;
+    EXPECT_EQ(ReadText("#13", "%#b", &count, memory), kFakeTimeout);
+    EXPECT_EQ(count, 3);
+}
+
+TEST(FormatReadBlock, DataMayBeginWithTheTerminator) {
+    // The buffer takes the terminator off behind the header, as it stands at the end of a fill.
+    MemoryBuffer buffer("#12", "\n\n");
+    char memory[] = "zzz";
+    EXPECT_EQ(ReadFrom(buffer, "%2b", memory), S_OK);
+    EXPECT_STREQ(memory, "\n\nz");
 }
 
 TEST(FormatReadBlock, AnEmptyBlockInTheMiddleGoesOn) {

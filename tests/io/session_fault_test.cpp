@@ -1,7 +1,10 @@
 // Every transaction with each of its VISA calls failing in turn: the status is the failure's, what
 // was changed for the transaction is put back, nothing is lost, and the next call works.
+#include <algorithm>
 #include <functional>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/io/session_fixture.h"
@@ -12,89 +15,157 @@ namespace {
 struct Transaction {
     std::string name;
     std::string response;  // what waits in the instrument; END follows
-    std::function<HRESULT(CVisaCSession&)> run;
+    // `got` is what the caller has in the end.
+    std::function<HRESULT(CVisaCSession&, std::string& got)> run;
+    // The read that goes past the buffer, and what the caller gets when it gives one byte only.
+    std::string directRead = {};
+    std::string gotOfShortRead = {};
 };
 
-std::vector<Transaction> Transactions() {
+std::vector<Transaction> WritingTransactions() {
     return {
-        {"Printf", "", [](CVisaCSession& session) { return session.Printf("CH%d ON", 1); }},
-        {"LongWrite", "",
-         [](CVisaCSession& session) {
-             return session.WriteString(std::string(9000, 'x'), true, 700);
-         }},
-        {"Queryf", "1;2\n",
-         [](CVisaCSession& session) {
-             std::int32_t a = 0;
-             std::int32_t b = 0;
-             return session.QueryfTimeout("X?", "%d;%d", 5000, &a, &b);
-         }},
-        {"QueryString", "text\n",
-         [](CVisaCSession& session) {
-             std::string text;
-             return session.QueryString("X?", &text, 5000);
-         }},
-        {"QueryNumber", "12\n",
-         [](CVisaCSession& session) {
-             DOUBLE value = 0;
-             return session.QueryNumber("X?", &value, true, 5000);
-         }},
-        {"ScanfThatDropsALongRest", "1," + std::string(6000, '9'),
-         [](CVisaCSession& session) {
-             std::int32_t value = 0;
-             return session.ScanfTimeout("%d,", 5000, &value);
-         }},
-        {"WriteBlock", "",
-         [](CVisaCSession& session) {
-             const std::vector<SHORT> values(3000, 7);
-             return session.WriteBlock(values.data(), 3000, true, 700);
-         }},
-        {"ReadBlock", "#45000" + std::string(5000, '\n') + "\n",
-         [](CVisaCSession& session) {
-             std::vector<BYTE> values(5000);
-             return session.ReadBlock(values.data(), 5000, nullptr, false, true, 700);
-         }},
-        {"ReadVariantBlock", "#45000" + std::string(5000, 'v') + "\n",
-         [](CVisaCSession& session) {
-             SafeArrayPtr array;
-             return session.ReadBlock(array.Out(), ElementKind::kShort, true, true, 700);
-         }},
-        {"ReadVariantList", "1,2,3\n",
-         [](CVisaCSession& session) {
-             SafeArrayPtr array;
-             return session.ReadList(array.Out(), ElementKind::kLong, ",", 700);
-         }},
-        {"ReadRaw", std::string(50, '\n'),
-         [](CVisaCSession& session) {
-             BYTE bytes[50];
-             return session.ReadRaw(bytes, 50, nullptr, 700);
-         }},
-        {"LockedStatusByte", "",
-         [](CVisaCSession& session) {
-             BYTE value = 0;
-             HRESULT status = session.Lock(IoLockType::kExclusive, 1000, "", nullptr);
-             if (!Failed(status)) {
-                 status = session.ReadStatusByte(&value);
-                 const HRESULT unlocked = session.Unlock();
-                 status = Failed(status) ? status : unlocked;
-             }
-             return status;
-         }},
-        {"WaitForServiceRequest", "",
-         [](CVisaCSession& session) {
-             HRESULT status =
-                 session.EnableEvent(VisaEvent::kServiceRequest, VisaEventMechanism::kQueue);
-             visa::ViEvent context = 0;
-             if (!Failed(status)) {
-                 status = session.WaitOnEvent(VisaEvent::kServiceRequest, 1000, nullptr, &context);
-             }
-             if (context != 0) {
-                 (void)session.GetFunctions().viClose(context);
-             }
-             const HRESULT disabled =
-                 session.DisableEvent(VisaEvent::kServiceRequest, VisaEventMechanism::kQueue);
-             return Failed(status) ? status : disabled;
-         }},
+        {.name = "Printf",
+         .response = "",
+         .run = [](CVisaCSession& session, std::string&) { return session.Printf("CH%d ON", 1); }},
+        {.name = "LongWrite",
+         .response = "",
+         .run =
+             [](CVisaCSession& session, std::string&) {
+                 return session.WriteString(std::string(9000, 'x'), true, 700);
+             }},
+        {.name = "WriteBlock",
+         .response = "",
+         .run =
+             [](CVisaCSession& session, std::string&) {
+                 const std::vector<SHORT> values(3000, 7);
+                 return session.WriteBlock(values.data(), 3000, true, 700);
+             }},
+        {.name = "LockedStatusByte",
+         .response = "",
+         .run =
+             [](CVisaCSession& session, std::string& got) {
+                 BYTE value = 0;
+                 HRESULT status = session.Lock(IoLockType::kExclusive, 1000, "", nullptr);
+                 if (!Failed(status)) {
+                     status = session.ReadStatusByte(&value);
+                     const HRESULT unlocked = session.Unlock();
+                     status = Failed(status) ? status : unlocked;
+                 }
+                 got = std::to_string(value);
+                 return status;
+             }},
+        {.name = "WaitForServiceRequest",
+         .response = "",
+         .run =
+             [](CVisaCSession& session, std::string&) {
+                 HRESULT status =
+                     session.EnableEvent(VisaEvent::kServiceRequest, VisaEventMechanism::kQueue);
+                 visa::ViEvent context = 0;
+                 if (!Failed(status)) {
+                     status =
+                         session.WaitOnEvent(VisaEvent::kServiceRequest, 1000, nullptr, &context);
+                 }
+                 if (context != 0) {
+                     (void)session.GetFunctions().viClose(context);
+                 }
+                 const HRESULT disabled =
+                     session.DisableEvent(VisaEvent::kServiceRequest, VisaEventMechanism::kQueue);
+                 return Failed(status) ? status : disabled;
+             }},
     };
+}
+
+std::vector<Transaction> ReadingTransactions() {
+    return {
+        {.name = "Queryf",
+         .response = "1;2\n",
+         .run =
+             [](CVisaCSession& session, std::string& got) {
+                 std::int32_t a = 0;
+                 std::int32_t b = 0;
+                 const HRESULT status = session.QueryfTimeout("X?", "%d;%d", 5000, &a, &b);
+                 got = std::to_string(a) + " and " + std::to_string(b);
+                 return status;
+             }},
+        {.name = "QueryString",
+         .response = "text\n",
+         .run = [](CVisaCSession& session,
+                   std::string& got) { return session.QueryString("X?", &got, 5000); }},
+        {.name = "QueryNumber",
+         .response = "12\n",
+         .run =
+             [](CVisaCSession& session, std::string& got) {
+                 DOUBLE value = 0;
+                 const HRESULT status = session.QueryNumber("X?", &value, true, 5000);
+                 got = std::to_string(value);
+                 return status;
+             }},
+        {.name = "ScanfThatDropsALongRest",
+         .response = "1," + std::string(6000, '9'),
+         .run =
+             [](CVisaCSession& session, std::string& got) {
+                 std::int32_t value = 0;
+                 const HRESULT status = session.ScanfTimeout("%d,", 5000, &value);
+                 got = std::to_string(value);
+                 return status;
+             }},
+        {.name = "ReadBlock",
+         .response = "#45000" + std::string(5000, '\n') + "\n",
+         .run =
+             [](CVisaCSession& session, std::string& got) {
+                 std::vector<BYTE> values(5000);
+                 std::int32_t actual = 0;
+                 const HRESULT status =
+                     session.ReadBlock(values.data(), 5000, &actual, false, true, 700);
+                 got = std::to_string(actual);
+                 return status;
+             },
+         .directRead = "viRead(4999)",
+         .gotOfShortRead = "2"},
+        {.name = "ReadVariantBlock",
+         .response = "#45000" + std::string(5000, 'v') + "\n",
+         .run =
+             [](CVisaCSession& session, std::string& got) {
+                 SafeArrayPtr array;
+                 const HRESULT status =
+                     session.ReadBlock(array.Out(), ElementKind::kShort, true, true, 700);
+                 got = array ? std::to_string(array.Elements<SHORT>().size()) : "none";
+                 return status;
+             },
+         .directRead = "viRead(910)",
+         .gotOfShortRead = "2045"},
+        {.name = "ReadVariantList",
+         .response = "1,2,3\n",
+         .run =
+             [](CVisaCSession& session, std::string& got) {
+                 SafeArrayPtr array;
+                 const HRESULT status = session.ReadList(array.Out(), ElementKind::kLong, ",", 700);
+                 for (const LONG value : array ? array.Elements<LONG>() : std::span<LONG>()) {
+                     got += std::to_string(value) + ' ';
+                 }
+                 return status;
+             }},
+        {.name = "ReadRaw",
+         .response = "\n" + std::string(49, 'r'),
+         .run =
+             [](CVisaCSession& session, std::string& got) {
+                 BYTE bytes[50];
+                 std::uint32_t actual = 0;
+                 const HRESULT status = session.ReadRaw(bytes, 50, &actual, 700);
+                 got = std::to_string(actual);
+                 return status;
+             },
+         .directRead = "viRead(50)",
+         .gotOfShortRead = "1"},
+    };
+}
+
+std::vector<Transaction> Transactions() {
+    std::vector<Transaction> all = WritingTransactions();
+    for (Transaction& transaction : ReadingTransactions()) {
+        all.push_back(std::move(transaction));
+    }
+    return all;
 }
 
 // One instrument with a session on a socket, where the termination character is on.
@@ -148,12 +219,8 @@ void ExpectRestored(const Bench& bench, const std::string& failedCall) {
     }
 }
 
-// A device clear and a flush of both sides bring any session back.
-void ExpectNextCallWorks(Bench& bench) {
-    ASSERT_EQ(bench.session.SetSendEndEnabled(true), S_OK);
-    EXPECT_EQ(bench.session.FlushWrite(true), S_OK);
-    EXPECT_EQ(bench.session.Clear(), S_OK);
-    (void)bench.session.FlushRead();
+// The session has nothing left of what was before. Nothing is open behind it.
+void ExpectNextQueryWorks(Bench& bench) {
     bench.fake.Expect("NEXT?\n").Reply("7\n");
     std::int32_t value = 0;
     EXPECT_EQ(bench.session.Queryf("NEXT?", "%d", &value), S_OK);
@@ -163,36 +230,163 @@ void ExpectNextCallWorks(Bench& bench) {
     EXPECT_EQ(bench.fake.OpenObjects(), 0);
 }
 
-class SessionFaultTest : public testing::TestWithParam<Transaction> {};
+// A device clear brings any session back, with END where that could not be put back.
+void ExpectNextCallWorks(Bench& bench) {
+    ASSERT_EQ(bench.session.SetSendEndEnabled(true), S_OK);
+    EXPECT_EQ(bench.session.Clear(), S_OK);
+    ExpectNextQueryWorks(bench);
+}
 
-TEST_P(SessionFaultTest, EachCallMayFail) {
-    const Transaction& transaction = GetParam();
-    Bench clean;
-    ASSERT_NO_FATAL_FAILURE(clean.Prepare(transaction));
-    ASSERT_GE(transaction.run(clean.session), 0);
-    const int calls = clean.fake.CallCount();
-    ASSERT_GT(calls, 0);
-    for (int n = 1; n <= calls; ++n) {
-        for (const bool timeout : {false, true}) {
+// How the transaction goes when nothing is wrong.
+struct CleanRun {
+    explicit CleanRun(const Transaction& transaction) {
+        Bench bench;
+        bench.Prepare(transaction);
+        status = transaction.run(bench.session, got);
+        calls = bench.fake.Calls();
+    }
+    HRESULT status = S_OK;
+    std::string got;
+    std::vector<std::string> calls;
+};
+
+// VISA's "connection lost", as it is mapped.
+constexpr HRESULT kConnectionLost = MakeStatus(0x800400A6);
+
+bool IsRead(const std::string& call) {
+    return call.starts_with("viRead(");
+}
+
+bool IsTransfer(const std::string& call) {
+    return IsRead(call) || call.starts_with("viWrite(");
+}
+
+// Whether the call needs the instrument itself, so that it is lost with the link.
+bool NeedsInstrument(const std::string& call) {
+    return IsTransfer(call) || call.starts_with("viReadSTB") || call.starts_with("viWaitOnEvent");
+}
+
+class SessionFaultTest : public testing::TestWithParam<Transaction> {
+  protected:
+    // Runs `each` for every VISA call of the transaction: with its number and its text, a new
+    // bench on which nothing is wrong yet, and the run without a fault.
+    template <typename Each>
+    void ForEachCall(Each each) {
+        const Transaction& transaction = GetParam();
+        const CleanRun clean(transaction);
+        ASSERT_GE(clean.status, 0);
+        ASSERT_FALSE(clean.calls.empty());
+        for (std::size_t i = 0; i < clean.calls.size(); ++i) {
+            const int number = static_cast<int>(i) + 1;
+            SCOPED_TRACE("call " + std::to_string(number) + ": " + clean.calls[i]);
             Bench bench;
             ASSERT_NO_FATAL_FAILURE(bench.Prepare(transaction));
-            bench.fake.FailCall(n, timeout ? kVisaTimeout : kVisaIoError);
-            const HRESULT status = transaction.run(bench.session);
-            const std::string failedCall = bench.fake.Calls().at(static_cast<std::size_t>(n) - 1);
-            SCOPED_TRACE("call " + std::to_string(n) + ": " + failedCall);
-            if (IsForgiven(failedCall)) {
-                EXPECT_GE(status, 0);
-            } else {
-                EXPECT_EQ(status, timeout ? kIoTimeoutStatus : kMappedIoError);
-                EXPECT_EQ(bench.poller.polls, 0);
-            }
-            if (failedCall != "viClose(event)") {
-                EXPECT_EQ(bench.reporter.reports.size(), 1U);
-            }
-            ExpectRestored(bench, failedCall);
-            ExpectNextCallWorks(bench);
+            each(number, clean.calls[i], bench, clean);
         }
     }
+};
+
+void ExpectOneFails(Bench& bench, const Transaction& transaction, const std::string& failedCall,
+                    HRESULT expected) {
+    std::string got;
+    const HRESULT status = transaction.run(bench.session, got);
+    if (IsForgiven(failedCall)) {
+        EXPECT_GE(status, 0);
+    } else {
+        EXPECT_EQ(status, expected);
+        EXPECT_EQ(bench.poller.polls, 0);
+    }
+    if (failedCall != "viClose(event)") {
+        EXPECT_EQ(bench.reporter.reports.size(), 1U);
+    }
+    ExpectRestored(bench, failedCall);
+    ExpectNextCallWorks(bench);
+}
+
+TEST_P(SessionFaultTest, EachCallMayFail) {
+    ForEachCall([](int number, const std::string& call, Bench& bench, const CleanRun&) {
+        bench.fake.FailCall(number, kVisaIoError);
+        ExpectOneFails(bench, GetParam(), call, kMappedIoError);
+    });
+}
+
+TEST_P(SessionFaultTest, EachCallMayTimeOut) {
+    ForEachCall([](int number, const std::string& call, Bench& bench, const CleanRun&) {
+        bench.fake.FailCall(number, kVisaTimeout);
+        ExpectOneFails(bench, GetParam(), call, kIoTimeoutStatus);
+    });
+}
+
+TEST_P(SessionFaultTest, EachTransferMayTimeOutInItsMiddle) {
+    ForEachCall([](int number, const std::string& call, Bench& bench, const CleanRun&) {
+        if (!IsTransfer(call)) {
+            return;  // it has no middle
+        }
+        bench.fake.DelayCall(number, call == "viRead(1)" ? 0 : 1);
+        std::string got;
+        EXPECT_EQ(GetParam().run(bench.session, got), kIoTimeoutStatus);
+        EXPECT_THAT(bench.reporter.reports, testing::ElementsAre("ReportIoTimeout()"));
+        EXPECT_EQ(bench.poller.polls, 0);
+        ExpectRestored(bench, "");
+        // The rest of the message or of the response is no part of what comes next.
+        EXPECT_EQ(bench.session.Clear(), S_OK);
+        ExpectNextQueryWorks(bench);
+    });
+}
+
+TEST_P(SessionFaultTest, EachReadMayBeShort) {
+    ForEachCall([](int number, const std::string& call, Bench& bench, const CleanRun& clean) {
+        if (!IsRead(call)) {
+            return;
+        }
+        bench.fake.ShortenCall(number, 1);
+        std::string got;
+        const HRESULT status = GetParam().run(bench.session, got);
+        EXPECT_GE(status, 0);
+        EXPECT_EQ(got, call == GetParam().directRead ? GetParam().gotOfShortRead : clean.got);
+        EXPECT_THAT(bench.reporter.reports, testing::IsEmpty());
+        ExpectRestored(bench, "");
+        ExpectNextQueryWorks(bench);
+    });
+}
+
+TEST_P(SessionFaultTest, EachWriteMayBeShort) {
+    ForEachCall([](int number, const std::string& call, Bench& bench, const CleanRun&) {
+        if (!call.starts_with("viWrite(")) {
+            return;
+        }
+        bench.fake.ShortenCall(number, 1);
+        std::string got;
+        EXPECT_EQ(GetParam().run(bench.session, got), kIoErrorStatus);
+        EXPECT_THAT(bench.reporter.reports,
+                    testing::ElementsAre(testing::StartsWith(
+                        "ReportIoError(Flush of formatted I/O write buffer only successfully "
+                        "sent 1 of ")));
+        EXPECT_EQ(bench.poller.polls, 0);
+        ExpectRestored(bench, "");
+        EXPECT_EQ(bench.session.Clear(), S_OK);
+        ExpectNextQueryWorks(bench);
+    });
+}
+
+TEST_P(SessionFaultTest, LinkMayBeCutBeforeEachCall) {
+    ForEachCall([](int number, const std::string&, Bench& bench, const CleanRun& clean) {
+        bench.fake.CutLink(number);
+        const bool isNeeded =
+            std::any_of(clean.calls.begin() + number - 1, clean.calls.end(), NeedsInstrument);
+        std::string got;
+        const HRESULT status = GetParam().run(bench.session, got);
+        EXPECT_EQ(status, isNeeded ? kConnectionLost : clean.status);
+        ExpectRestored(bench, "");
+        // What comes next fails at once, and works when the session has been opened anew.
+        std::int32_t value = 0;
+        EXPECT_EQ(bench.session.Queryf("NEXT?", "%d", &value), kConnectionLost);
+        (void)bench.session.Close();
+        bench.fake.CutLink(0);
+        ASSERT_EQ(bench.Open(), S_OK);
+        EXPECT_EQ(bench.session.Clear(), S_OK);
+        ExpectNextQueryWorks(bench);
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SessionFaultTest, testing::ValuesIn(Transactions()),

@@ -4,8 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "io/visa_c_session.h"
 #include "tests/io/fake_visa.h"
@@ -25,6 +27,14 @@ inline constexpr visa::ViAttr kTermCharEnabledAttribute = 0x3FFF0038;
 inline constexpr visa::ViAttr kSendEndAttribute = 0x3FFF0016;
 // What the I/O error above becomes.
 inline constexpr HRESULT kMappedIoError = MakeStatus(0x8004003E);
+
+// A variant array of these elements.
+template <typename T>
+SafeArrayPtr MakeArray(const std::vector<T>& values) {
+    SafeArrayPtr array(SafeArrayCreateVector(kVartype<T>, 0, static_cast<ULONG>(values.size())));
+    std::copy(values.begin(), values.end(), array.template Elements<T>().begin());
+    return array;
+}
 
 // Memory that a test can take away.
 inline bool sessionMemoryIsOut = false;

@@ -28,19 +28,33 @@ class LibraryTest : public ::testing::Test {
 };
 
 TEST_F(LibraryTest, HasEveryFunction) {
-    for (const char* name : {"viOpenDefaultRM",  "viGetDefaultRM",
-                             "viOpen",           "viClose",
-                             "viGetAttribute",   "viSetAttribute",
-                             "viStatusDesc",     "viRead",
-                             "viWrite",          "viReadAsync",
-                             "viWriteAsync",     "viAssertTrigger",
-                             "viReadSTB",        "viClear",
-                             "viLock",           "viUnlock",
-                             "viEnableEvent",    "viDisableEvent",
-                             "viDiscardEvents",  "viWaitOnEvent",
-                             "viInstallHandler", "viUninstallHandler",
-                             "viFindRsrc",       "viFindNext",
-                             "viParseRsrc",      "viParseRsrcEx"}) {
+    for (const char* name : {"viOpenDefaultRM",
+                             "viGetDefaultRM",
+                             "viOpen",
+                             "viClose",
+                             "viGetAttribute",
+                             "viSetAttribute",
+                             "viStatusDesc",
+                             "viRead",
+                             "viWrite",
+                             "viReadAsync",
+                             "viWriteAsync",
+                             "viAssertTrigger",
+                             "viReadSTB",
+                             "viClear",
+                             "viTerminate",
+                             "viLock",
+                             "viUnlock",
+                             "viEnableEvent",
+                             "viDisableEvent",
+                             "viDiscardEvents",
+                             "viWaitOnEvent",
+                             "viInstallHandler",
+                             "viUninstallHandler",
+                             "viFindRsrc",
+                             "viFindNext",
+                             "viParseRsrc",
+                             "viParseRsrcEx"}) {
         EXPECT_NE(Find<void*>(name), nullptr) << name;
     }
 }

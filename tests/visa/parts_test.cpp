@@ -80,13 +80,15 @@ TEST(SignalTest, WaitEndsAtTheDeadline) {
     EXPECT_GE(Clock::now(), deadline);
 }
 
+const Call kCall(0);
+
 TEST(TurnTest, OtherThreadGetsItOnlyAfterwards) {
     Turn turn;
-    ASSERT_TRUE(turn.Take(std::nullopt));
-    std::thread([&] { EXPECT_FALSE(turn.Take(Clock::now())); }).join();
+    ASSERT_TRUE(turn.Take(std::nullopt, kCall));
+    std::thread([&] { EXPECT_FALSE(turn.Take(Clock::now(), kCall)); }).join();
     std::atomic<bool> hasIt = false;
     std::thread other([&] {
-        hasIt = turn.Take(std::nullopt);
+        hasIt = turn.Take(std::nullopt, kCall);
         turn.Give();
     });
     turn.Give();
@@ -96,15 +98,28 @@ TEST(TurnTest, OtherThreadGetsItOnlyAfterwards) {
 
 TEST(TurnTest, SameThreadMayTakeItAgain) {
     Turn turn;
-    ASSERT_TRUE(turn.Take(std::nullopt));
-    ASSERT_TRUE(turn.Take(Clock::now()));
+    ASSERT_TRUE(turn.Take(std::nullopt, kCall));
+    ASSERT_TRUE(turn.Take(Clock::now(), kCall));
     turn.Give();
-    std::thread([&] { EXPECT_FALSE(turn.Take(Clock::now())); }).join();
+    std::thread([&] { EXPECT_FALSE(turn.Take(Clock::now(), kCall)); }).join();
     turn.Give();
     std::thread([&] {
-        EXPECT_TRUE(turn.Take(Clock::now()));
+        EXPECT_TRUE(turn.Take(Clock::now(), kCall));
         turn.Give();
     }).join();
+}
+
+TEST(TurnTest, CallThatIsStoppedDoesNotGetIt) {
+    Turn turn;
+    Call call(0);
+    ASSERT_TRUE(turn.Take(std::nullopt, kCall));
+    std::thread other([&] { EXPECT_FALSE(turn.Take(std::nullopt, call)); });
+    call.Stop();
+    turn.Wake();
+    other.join();
+    EXPECT_EQ(NoTurn(call), VI_ERROR_ABORT);
+    EXPECT_EQ(NoTurn(kCall), VI_ERROR_TMO);
+    turn.Give();
 }
 
 TEST(AttributeValueTest, ThirtyTwoBitsAlsoWhenSignExtended) {

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include "tests/visa/loopback_server.h"
+
 namespace visa_provider::testing {
 
 namespace {
@@ -46,6 +48,14 @@ std::string ResponseTo(std::string_view message) {
         return Letters(static_cast<std::size_t>(TakeNumber(message))) + "\n";
     }
     return {};
+}
+
+void AnswerAll(Peer& peer) {
+    while (const auto line = peer.ReceiveLine()) {
+        if (!peer.Send(ResponseTo(*line))) {
+            return;
+        }
+    }
 }
 
 ScriptedDevice::ScriptedDevice(std::shared_ptr<Record> record) : record_(std::move(record)) {}

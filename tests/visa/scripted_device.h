@@ -25,6 +25,11 @@ std::string ResponseTo(std::string_view message);
 // What "BLOCK" answers, without the line feed at its end: letters in their order, over and over.
 std::string Letters(std::size_t count);
 
+class Peer;
+
+// Answers a client of a LoopbackServer as ResponseTo says, until it is gone.
+void AnswerAll(Peer& peer);
+
 // Answers as above, with END on the line feed. Further messages:
 //   "LATER <ms> <text>"   the text comes after that time
 //   "SRQ"                 service is requested at once

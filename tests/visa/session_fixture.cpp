@@ -74,38 +74,4 @@ void VisaTest::Set(ViSession object, ViAttr attribute, ViAttrState state) {
     EXPECT_EQ(viSetAttribute(object, attribute, state), VI_SUCCESS);
 }
 
-void AnswerAll(Peer& peer) {
-    while (const auto line = peer.ReceiveLine()) {
-        if (!peer.Send(ResponseTo(*line))) {
-            return;
-        }
-    }
-}
-
-void LinkTest::SetUp() {
-    VisaTest::SetUp();
-    if (IsSocket()) {
-        server_ = std::make_unique<LoopbackServer>(AnswerAll);
-    }
-    session_ = OpenAnother();
-    ASSERT_NE(session_, VI_NULL);
-}
-
-void LinkTest::TearDown() {
-    VisaTest::TearDown();
-    server_.reset();
-}
-
-ViSession LinkTest::OpenAnother() {
-    const auto session = IsSocket() ? Open(server_->Resource()) : OpenVirtual();
-    if (IsSocket()) {
-        Set(session, VI_ATTR_TERMCHAR_EN, VI_TRUE);
-    }
-    return session;
-}
-
-std::string NameOf(const ::testing::TestParamInfo<LinkKind>& info) {
-    return info.param == LinkKind::kSocket ? "Socket" : "Virtual";
-}
-
 }  // namespace visa_provider::testing

@@ -60,32 +60,4 @@ class VisaTest : public ::testing::Test {
     ScriptedDevice* device_ = nullptr;
 };
 
-enum class LinkKind { kSocket, kVirtual };
-
-// One open session to an instrument that answers as ResponseTo says, over each kind of link. On
-// the socket the termination character is enabled, since it has no END.
-class LinkTest : public VisaTest, public ::testing::WithParamInterface<LinkKind> {
-  protected:
-    void SetUp() override;
-    void TearDown() override;
-
-    [[nodiscard]] bool IsSocket() const { return GetParam() == LinkKind::kSocket; }
-    // The status of a read that has the whole response.
-    [[nodiscard]] ViStatus EndStatus() const {
-        return IsSocket() ? VI_SUCCESS_TERM_CHAR : VI_SUCCESS;
-    }
-    // A further session to the same kind of instrument.
-    ViSession OpenAnother();
-
-    ViSession session_ = VI_NULL;
-
-  private:
-    std::unique_ptr<LoopbackServer> server_;
-};
-
-// Answers a client of a LoopbackServer as ResponseTo says, until it is gone.
-void AnswerAll(Peer& peer);
-
-std::string NameOf(const ::testing::TestParamInfo<LinkKind>& info);
-
 }  // namespace visa_provider::testing

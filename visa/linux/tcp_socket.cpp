@@ -5,6 +5,7 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -29,12 +30,13 @@ int PollTime(const Deadline& deadline) {
     return static_cast<int>(std::clamp(left, std::chrono::milliseconds(0), kLongest).count());
 }
 
-bool WaitFor(int handle, short events, const Deadline& deadline) {
-    pollfd entry{handle, events, 0};
+// A waker below 0 is left out, as poll() does.
+bool WaitFor(int handle, short events, const Deadline& deadline, int waker = -1) {
+    pollfd entries[] = {{handle, events, 0}, {waker, POLLIN, 0}};
     for (;;) {
-        const int ready = poll(&entry, 1, PollTime(deadline));
+        const int ready = poll(entries, 2, PollTime(deadline));
         if (ready > 0) {
-            return true;
+            return entries[0].revents != 0 || !HasPassed(deadline, Clock::now());
         }
         if (ready < 0 && errno != EINTR) {
             return true;  // the next attempt to move bytes tells what is wrong
@@ -185,10 +187,15 @@ ViStatus TcpSocket::Connect(const std::string& host, ViUInt16 port, const Deadli
 }
 
 TcpSocket::TcpSocket(int handle, std::string peerAddress)
-    : handle_(handle), peerAddress_(std::move(peerAddress)) {}
+    : handle_(handle),
+      waker_(eventfd(0, EFD_SEMAPHORE | EFD_NONBLOCK | EFD_CLOEXEC)),
+      peerAddress_(std::move(peerAddress)) {}
 
 TcpSocket::~TcpSocket() {
     close(handle_);
+    if (waker_ >= 0) {
+        close(waker_);
+    }
 }
 
 SocketResult TcpSocket::Receive(std::span<std::byte> target) {
@@ -205,11 +212,20 @@ SocketResult TcpSocket::Send(std::span<const std::byte> bytes) {
 }
 
 bool TcpSocket::WaitUntilReadable(const Deadline& deadline) {
-    return WaitFor(handle_, POLLIN, deadline);
+    return WaitFor(handle_, POLLIN, deadline, waker_);
 }
 
 bool TcpSocket::WaitUntilWritable(const Deadline& deadline) {
-    return WaitFor(handle_, POLLOUT, deadline);
+    return WaitFor(handle_, POLLOUT, deadline, waker_);
+}
+
+void TcpSocket::Wake() {
+    static_cast<void>(eventfd_write(waker_, 1));
+}
+
+void TcpSocket::WakeOver() {
+    eventfd_t one = 0;
+    static_cast<void>(eventfd_read(waker_, &one));
 }
 
 void TcpSocket::ShutDown() {

@@ -1,35 +1,35 @@
-// Reads and writes, the same over each kind of link.
+// Conformance: reads and writes.
 #include <thread>
 
-#include "tests/visa/session_fixture.h"
+#include "tests/visa/conformance_fixture.h"
 
-namespace visa_provider::testing {
+namespace published {
+namespace {
 
-using TransferTest = LinkTest;
-INSTANTIATE_TEST_SUITE_P(Links, TransferTest,
-                         ::testing::Values(LinkKind::kSocket, LinkKind::kVirtual), NameOf);
+class TransferConformance : public ConformanceTest {};
+INSTANTIATE_TEST_SUITE_P(Visa, TransferConformance, Subjects(), NameOf);
 
-TEST_P(TransferTest, QueryGetsTheWholeResponse) {
+TEST_P(TransferConformance, QueryGetsTheWholeResponse) {
     ASSERT_EQ(Write(session_, "*IDN?\n"), VI_SUCCESS);
     const auto read = Read(session_, 1024);
     EXPECT_EQ(read.status, EndStatus());
     EXPECT_EQ(read.bytes, "KESTRION,TEST\n");
 }
 
-TEST_P(TransferTest, EndOrTerminatorWinsOverAFullBuffer) {
+TEST_P(TransferConformance, EndOrTerminatorWinsOverAFullBuffer) {
     ASSERT_EQ(Write(session_, "*IDN?\n"), VI_SUCCESS);
     const auto read = Read(session_, 14);
     EXPECT_EQ(read.status, EndStatus());
     EXPECT_EQ(read.bytes, "KESTRION,TEST\n");
 }
 
-TEST_P(TransferTest, EndWinsOverTheTerminator) {
+TEST_P(TransferConformance, EndWinsOverTheTerminator) {
     Set(session_, VI_ATTR_TERMCHAR_EN, VI_TRUE);
     ASSERT_EQ(Write(session_, "*IDN?\n"), VI_SUCCESS);
     EXPECT_EQ(Read(session_, 100).status, IsSocket() ? VI_SUCCESS_TERM_CHAR : VI_SUCCESS);
 }
 
-TEST_P(TransferTest, FullBufferEndsTheReadAndTheRestComesNext) {
+TEST_P(TransferConformance, FullBufferEndsTheReadAndTheRestComesNext) {
     ASSERT_EQ(Write(session_, "*IDN?\n"), VI_SUCCESS);
     const auto first = Read(session_, 8);
     EXPECT_EQ(first.status, VI_SUCCESS_MAX_CNT);
@@ -39,7 +39,7 @@ TEST_P(TransferTest, FullBufferEndsTheReadAndTheRestComesNext) {
     EXPECT_EQ(second.bytes, ",TEST\n");
 }
 
-TEST_P(TransferTest, OneByteAtATime) {
+TEST_P(TransferConformance, OneByteAtATime) {
     ASSERT_EQ(Write(session_, "ECHO 0123\n"), VI_SUCCESS);
     for (const char expected : {'0', '1', '2', '3'}) {
         const auto read = Read(session_, 1);
@@ -51,19 +51,19 @@ TEST_P(TransferTest, OneByteAtATime) {
     EXPECT_EQ(last.bytes, "\n");
 }
 
-TEST_P(TransferTest, ReadOfNoBytesNeedsNoneAndNoBuffer) {
+TEST_P(TransferConformance, ReadOfNoBytesNeedsNoneAndNoBuffer) {
     ViUInt32 count = 7;
-    EXPECT_EQ(viRead(session_, nullptr, 0, &count), VI_SUCCESS_MAX_CNT);
+    EXPECT_EQ(visa.viRead(session_, nullptr, 0, &count), VI_SUCCESS_MAX_CNT);
     EXPECT_EQ(count, 0U);
 }
 
-TEST_P(TransferTest, WriteOfNoBytesSendsNothing) {
+TEST_P(TransferConformance, WriteOfNoBytesSendsNothing) {
     ViUInt32 count = 7;
-    EXPECT_EQ(viWrite(session_, nullptr, 0, &count), VI_SUCCESS);
+    EXPECT_EQ(visa.viWrite(session_, nullptr, 0, &count), VI_SUCCESS);
     EXPECT_EQ(count, 0U);
 }
 
-TEST_P(TransferTest, TerminatorStopsInFrontOfWhatIsBehindIt) {
+TEST_P(TransferConformance, TerminatorStopsInFrontOfWhatIsBehindIt) {
     Set(session_, VI_ATTR_TERMCHAR_EN, VI_TRUE);
     Set(session_, VI_ATTR_TERMCHAR, ';');
     ASSERT_EQ(Write(session_, "ECHO one;two;three\n"), VI_SUCCESS);
@@ -79,7 +79,7 @@ TEST_P(TransferTest, TerminatorStopsInFrontOfWhatIsBehindIt) {
     EXPECT_EQ(third.bytes, "three");
 }
 
-TEST_P(TransferTest, TerminatorCountsWhenTheBufferIsFullWithIt) {
+TEST_P(TransferConformance, TerminatorCountsWhenTheBufferIsFullWithIt) {
     Set(session_, VI_ATTR_TERMCHAR_EN, VI_TRUE);
     Set(session_, VI_ATTR_TERMCHAR, 'B');
     ASSERT_EQ(Write(session_, "ECHO ABC\n"), VI_SUCCESS);
@@ -88,7 +88,7 @@ TEST_P(TransferTest, TerminatorCountsWhenTheBufferIsFullWithIt) {
     EXPECT_EQ(read.bytes, "AB");
 }
 
-TEST_P(TransferTest, DisabledTerminatorIsAByteLikeAnyOther) {
+TEST_P(TransferConformance, DisabledTerminatorIsAByteLikeAnyOther) {
     Set(session_, VI_ATTR_TERMCHAR_EN, VI_FALSE);
     Set(session_, VI_ATTR_TERMCHAR, 'B');
     ASSERT_EQ(Write(session_, "ECHO ABC\n"), VI_SUCCESS);
@@ -97,7 +97,7 @@ TEST_P(TransferTest, DisabledTerminatorIsAByteLikeAnyOther) {
     EXPECT_EQ(read.bytes, "ABC");
 }
 
-TEST_P(TransferTest, TerminatorOfTheHighestByteValue) {
+TEST_P(TransferConformance, TerminatorOfTheHighestByteValue) {
     Set(session_, VI_ATTR_TERMCHAR_EN, VI_TRUE);
     Set(session_, VI_ATTR_TERMCHAR, 0xFF);
     ASSERT_EQ(Write(session_,
@@ -109,7 +109,7 @@ TEST_P(TransferTest, TerminatorOfTheHighestByteValue) {
     EXPECT_EQ(read.bytes, "A\xFF");
 }
 
-TEST_P(TransferTest, LengthsAroundTheReadAhead) {
+TEST_P(TransferConformance, LengthsAroundTheReadAhead) {
     for (const std::size_t length : {4094U, 4095U, 4096U, 4097U, 8191U, 8192U}) {
         ASSERT_EQ(Write(session_, "BLOCK " + std::to_string(length) + "\n"), VI_SUCCESS);
         const auto read = Read(session_, 16384);
@@ -118,7 +118,7 @@ TEST_P(TransferTest, LengthsAroundTheReadAhead) {
     }
 }
 
-TEST_P(TransferTest, LengthsAroundTheReadAheadInPiecesOf4096) {
+TEST_P(TransferConformance, LengthsAroundTheReadAheadInPiecesOf4096) {
     for (const std::size_t length : {4094U, 4095U, 4096U, 4097U, 8191U, 8192U}) {
         ASSERT_EQ(Write(session_, "BLOCK " + std::to_string(length) + "\n"), VI_SUCCESS);
         std::string all;
@@ -132,7 +132,7 @@ TEST_P(TransferTest, LengthsAroundTheReadAheadInPiecesOf4096) {
     }
 }
 
-TEST_P(TransferTest, TenMegabytesInOneRead) {
+TEST_P(TransferConformance, TenMegabytesInOneRead) {
     constexpr std::size_t kLength = 10'000'000;
     Set(session_, VI_ATTR_TERMCHAR_EN, VI_FALSE);
     ASSERT_EQ(Write(session_, "BLOCK 10000000\n"), VI_SUCCESS);
@@ -141,7 +141,7 @@ TEST_P(TransferTest, TenMegabytesInOneRead) {
     EXPECT_TRUE(read.bytes == Letters(kLength) + "\n");
 }
 
-TEST_P(TransferTest, SmallHeaderThenLargeBlock) {
+TEST_P(TransferConformance, SmallHeaderThenLargeBlock) {
     Set(session_, VI_ATTR_TERMCHAR_EN, VI_FALSE);
     ASSERT_EQ(Write(session_, "BLOCK 300000\n"), VI_SUCCESS);
     const auto header = Read(session_, 2);
@@ -151,7 +151,7 @@ TEST_P(TransferTest, SmallHeaderThenLargeBlock) {
     EXPECT_TRUE(header.bytes + rest.bytes == Letters(300000) + "\n");
 }
 
-TEST_P(TransferTest, LargeReadUpToTheTerminatorInTheMiddleOfABlock) {
+TEST_P(TransferConformance, LargeReadUpToTheTerminatorInTheMiddleOfABlock) {
     Set(session_, VI_ATTR_TERMCHAR_EN, VI_TRUE);
     Set(session_, VI_ATTR_TERMCHAR, '!');
     ASSERT_EQ(Write(session_, "ECHO " + Letters(200000) + "!" + Letters(200000) + "\n"),
@@ -165,7 +165,7 @@ TEST_P(TransferTest, LargeReadUpToTheTerminatorInTheMiddleOfABlock) {
     EXPECT_TRUE(second.bytes == Letters(200000) + "\n");
 }
 
-TEST_P(TransferTest, SilentInstrumentEndsInATimeOut) {
+TEST_P(TransferConformance, SilentInstrumentEndsInATimeOut) {
     Set(session_, VI_ATTR_TMO_VALUE, 50);
     ASSERT_EQ(Write(session_, "NOTHING\n"), VI_SUCCESS);
     const auto read = Read(session_, 100);
@@ -173,12 +173,12 @@ TEST_P(TransferTest, SilentInstrumentEndsInATimeOut) {
     EXPECT_EQ(read.bytes, "");
 }
 
-TEST_P(TransferTest, ImmediateTimeOutDoesNotWait) {
+TEST_P(TransferConformance, ImmediateTimeOutDoesNotWait) {
     Set(session_, VI_ATTR_TMO_VALUE, VI_TMO_IMMEDIATE);
     EXPECT_EQ(Read(session_, 100).status, VI_ERROR_TMO);
 }
 
-TEST_P(TransferTest, TimeOutGivesWhatCame) {
+TEST_P(TransferConformance, TimeOutGivesWhatCame) {
     Set(session_, VI_ATTR_TERMCHAR_EN, VI_FALSE);
     if (!IsSocket()) {
         Set(session_, VI_ATTR_SUPPRESS_END_EN, VI_TRUE);
@@ -191,7 +191,7 @@ TEST_P(TransferTest, TimeOutGivesWhatCame) {
     EXPECT_EQ(read.bytes, "art\n");
 }
 
-TEST_P(TransferTest, SessionWorksAfterATimeOut) {
+TEST_P(TransferConformance, SessionWorksAfterATimeOut) {
     Set(session_, VI_ATTR_TMO_VALUE, 20);
     EXPECT_EQ(Read(session_, 100).status, VI_ERROR_TMO);
     Set(session_, VI_ATTR_TMO_VALUE, 5000);
@@ -199,7 +199,7 @@ TEST_P(TransferTest, SessionWorksAfterATimeOut) {
     EXPECT_EQ(Read(session_, 100).bytes, "again\n");
 }
 
-TEST_P(TransferTest, InfiniteTimeOutWaitsForTheAnswer) {
+TEST_P(TransferConformance, InfiniteTimeOutWaitsForTheAnswer) {
     Set(session_, VI_ATTR_TMO_VALUE, VI_TMO_INFINITE);
     std::thread writer([this] {
         std::this_thread::sleep_for(std::chrono::milliseconds(30));
@@ -211,45 +211,46 @@ TEST_P(TransferTest, InfiniteTimeOutWaitsForTheAnswer) {
     EXPECT_EQ(read.bytes, "late\n");
 }
 
-TEST_P(TransferTest, CountsMayBeLeftOut) {
+TEST_P(TransferConformance, CountsMayBeLeftOut) {
     const auto* text = reinterpret_cast<const ViByte*>("*IDN?\n");
-    EXPECT_EQ(viWrite(session_, text, 6, nullptr), VI_SUCCESS);
+    EXPECT_EQ(visa.viWrite(session_, text, 6, nullptr), VI_SUCCESS);
     ViByte buffer[32] = {};
-    EXPECT_EQ(viRead(session_, buffer, 32, nullptr), EndStatus());
+    EXPECT_EQ(visa.viRead(session_, buffer, 32, nullptr), EndStatus());
     EXPECT_STREQ(reinterpret_cast<const char*>(buffer), "KESTRION,TEST\n");
 }
 
-TEST_P(TransferTest, NullBuffersAreRefused) {
+TEST_P(TransferConformance, NullBuffersAreRefused) {
     ViUInt32 count = 7;
-    EXPECT_EQ(viRead(session_, nullptr, 1, &count), VI_ERROR_USER_BUF);
+    EXPECT_EQ(visa.viRead(session_, nullptr, 1, &count), VI_ERROR_USER_BUF);
     EXPECT_EQ(count, 0U);
-    EXPECT_EQ(viWrite(session_, nullptr, 1, &count), VI_ERROR_USER_BUF);
-    EXPECT_EQ(viReadAsync(session_, nullptr, 1, nullptr), VI_ERROR_USER_BUF);
-    EXPECT_EQ(viWriteAsync(session_, nullptr, 1, nullptr), VI_ERROR_USER_BUF);
-    EXPECT_EQ(viReadSTB(session_, nullptr), VI_ERROR_USER_BUF);
+    EXPECT_EQ(visa.viWrite(session_, nullptr, 1, &count), VI_ERROR_USER_BUF);
+    EXPECT_EQ(visa.viReadAsync(session_, nullptr, 1, nullptr), VI_ERROR_USER_BUF);
+    EXPECT_EQ(visa.viWriteAsync(session_, nullptr, 1, nullptr), VI_ERROR_USER_BUF);
+    EXPECT_EQ(visa.viReadSTB(session_, nullptr), VI_ERROR_USER_BUF);
 }
 
-TEST_P(TransferTest, ClearDropsTheUnreadResponse) {
+TEST_P(TransferConformance, ClearDropsTheUnreadResponse) {
     ASSERT_EQ(Write(session_, "ECHO old\n"), VI_SUCCESS);
     EXPECT_EQ(Read(session_, 1).bytes, "o");  // so that the response is there
-    EXPECT_EQ(viClear(session_), VI_SUCCESS);
+    EXPECT_EQ(visa.viClear(session_), VI_SUCCESS);
     ASSERT_EQ(Write(session_, "ECHO new\n"), VI_SUCCESS);
     EXPECT_EQ(Read(session_, 100).bytes, "new\n");
 }
 
-TEST_P(TransferTest, OperationsOnAManagerOrAnEventAreRefused) {
+TEST_P(TransferConformance, OperationsOnAManagerOrAnEventAreRefused) {
     ViByte buffer[4];
     ViUInt16 status = 0;
-    EXPECT_EQ(viRead(manager_, buffer, 4, nullptr), VI_ERROR_NSUP_OPER);
-    EXPECT_EQ(viWrite(manager_, buffer, 4, nullptr), VI_ERROR_NSUP_OPER);
-    EXPECT_EQ(viClear(manager_), VI_ERROR_NSUP_OPER);
-    EXPECT_EQ(viReadSTB(manager_, &status), VI_ERROR_NSUP_OPER);
-    EXPECT_EQ(viAssertTrigger(manager_, 0), VI_ERROR_NSUP_OPER);
-    EXPECT_EQ(viLock(manager_, VI_EXCLUSIVE_LOCK, 0, nullptr, nullptr), VI_ERROR_NSUP_OPER);
-    EXPECT_EQ(viEnableEvent(manager_, VI_EVENT_IO_COMPLETION, VI_QUEUE, 0), VI_ERROR_NSUP_OPER);
+    EXPECT_EQ(visa.viRead(manager_, buffer, 4, nullptr), VI_ERROR_NSUP_OPER);
+    EXPECT_EQ(visa.viWrite(manager_, buffer, 4, nullptr), VI_ERROR_NSUP_OPER);
+    EXPECT_EQ(visa.viClear(manager_), VI_ERROR_NSUP_OPER);
+    EXPECT_EQ(visa.viReadSTB(manager_, &status), VI_ERROR_NSUP_OPER);
+    EXPECT_EQ(visa.viAssertTrigger(manager_, 0), VI_ERROR_NSUP_OPER);
+    EXPECT_EQ(visa.viLock(manager_, VI_EXCLUSIVE_LOCK, 0, nullptr, nullptr), VI_ERROR_NSUP_OPER);
+    EXPECT_EQ(visa.viEnableEvent(manager_, VI_EVENT_IO_COMPLETION, VI_QUEUE, 0),
+              VI_ERROR_NSUP_OPER);
 }
 
-TEST_P(TransferTest, EveryFunctionRefusesAHandleThatIsNone) {
+TEST_P(TransferConformance, EveryFunctionRefusesAHandleThatIsNone) {
     constexpr ViSession kNone = 0x7FFF0000;
     ViByte buffer[4];
     char text[256];
@@ -257,27 +258,30 @@ TEST_P(TransferTest, EveryFunctionRefusesAHandleThatIsNone) {
     ViSession session = 0;
     ViEventType type = 0;
     ViEvent event = 0;
-    EXPECT_EQ(viOpen(kNone, "VIRTUAL::INSTR", 0, 0, &session), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viClose(kNone), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viGetAttribute(kNone, VI_ATTR_TMO_VALUE, text), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viSetAttribute(kNone, VI_ATTR_TMO_VALUE, 1), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viStatusDesc(kNone, VI_SUCCESS, text), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viRead(kNone, buffer, 4, nullptr), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viWrite(kNone, buffer, 4, nullptr), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viReadAsync(kNone, buffer, 4, nullptr), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viWriteAsync(kNone, buffer, 4, nullptr), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viAssertTrigger(kNone, 0), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viReadSTB(kNone, &status), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viClear(kNone), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viLock(kNone, VI_EXCLUSIVE_LOCK, 0, nullptr, nullptr), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viUnlock(kNone), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viEnableEvent(kNone, VI_EVENT_SERVICE_REQ, VI_QUEUE, 0), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viDisableEvent(kNone, VI_EVENT_SERVICE_REQ, VI_QUEUE), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viDiscardEvents(kNone, VI_EVENT_SERVICE_REQ, VI_QUEUE), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viWaitOnEvent(kNone, VI_EVENT_SERVICE_REQ, 0, &type, &event), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viInstallHandler(kNone, VI_EVENT_SERVICE_REQ, nullptr, nullptr), VI_ERROR_INV_OBJECT);
-    EXPECT_EQ(viUninstallHandler(kNone, VI_EVENT_SERVICE_REQ, nullptr, nullptr),
+    EXPECT_EQ(visa.viOpen(kNone, "VIRTUAL::INSTR", 0, 0, &session), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viClose(kNone), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viGetAttribute(kNone, VI_ATTR_TMO_VALUE, text), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viSetAttribute(kNone, VI_ATTR_TMO_VALUE, 1), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viStatusDesc(kNone, VI_SUCCESS, text), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viRead(kNone, buffer, 4, nullptr), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viWrite(kNone, buffer, 4, nullptr), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viReadAsync(kNone, buffer, 4, nullptr), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viWriteAsync(kNone, buffer, 4, nullptr), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viAssertTrigger(kNone, 0), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viReadSTB(kNone, &status), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viClear(kNone), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viLock(kNone, VI_EXCLUSIVE_LOCK, 0, nullptr, nullptr), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viUnlock(kNone), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viEnableEvent(kNone, VI_EVENT_SERVICE_REQ, VI_QUEUE, 0), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viDisableEvent(kNone, VI_EVENT_SERVICE_REQ, VI_QUEUE), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viDiscardEvents(kNone, VI_EVENT_SERVICE_REQ, VI_QUEUE), VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viWaitOnEvent(kNone, VI_EVENT_SERVICE_REQ, 0, &type, &event),
+              VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viInstallHandler(kNone, VI_EVENT_SERVICE_REQ, nullptr, nullptr),
+              VI_ERROR_INV_OBJECT);
+    EXPECT_EQ(visa.viUninstallHandler(kNone, VI_EVENT_SERVICE_REQ, nullptr, nullptr),
               VI_ERROR_INV_OBJECT);
 }
 
-}  // namespace visa_provider::testing
+}  // namespace
+}  // namespace published
