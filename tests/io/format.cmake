@@ -15,7 +15,7 @@ kestrion_test(test_io_format
         number_forms_test.cpp
         number_parse_test.cpp
         number_text_test.cpp
-    LIBRARIES kestrion_io)
+    LIBRARIES kestrion_io kestrion_comma_locale)
 
 # Counts allocations with an operator new of its own, so it is a program of its own.
 kestrion_test(test_io_format_allocation

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <locale>
 #include <string>
 
+#include "tests/io/comma_locale.h"
 #include "tests/io/memory_buffer.h"
 
 namespace kestrion {
@@ -68,14 +68,9 @@ TEST(FormatReader, ATimeOutEndsTheWalk) {
 }
 
 TEST(FormatReader, ACommaLocaleChangesNothing) {
-    class Comma : public std::numpunct<char> {
-        char do_decimal_point() const override { return ','; }
-    };
-    const std::locale former = std::locale::global({std::locale::classic(), new Comma});
+    const CommaLocale comma;
     double value = 0;
-    const HRESULT status = ReadText("1.5;2", "%lg", &value);
-    std::locale::global(former);
-    EXPECT_EQ(status, kMore);
+    EXPECT_EQ(ReadText("1.5;2", "%lg", &value), kMore);
     EXPECT_EQ(value, 1.5);
 }
 

@@ -4,10 +4,10 @@
 
 #include <cstdint>
 #include <limits>
-#include <locale>
 #include <string>
 
 #include "kestrion/platform/bstr.h"
+#include "tests/io/comma_locale.h"
 #include "tests/io/memory_buffer.h"
 
 namespace kestrion {
@@ -96,13 +96,8 @@ TEST(FormatWriter, AnAbsentArgumentIsZero) {
 }
 
 TEST(FormatWriter, ACommaLocaleChangesNothing) {
-    class Comma : public std::numpunct<char> {
-        char do_decimal_point() const override { return ','; }
-    };
-    const std::locale former = std::locale::global({std::locale::classic(), new Comma});
-    const std::string text = Written("%0.15lg %@3f", 0.5, 0.5);
-    std::locale::global(former);
-    EXPECT_EQ(text, "0.5 5.000000E-01");
+    const CommaLocale comma;
+    EXPECT_EQ(Written("%0.15lg %@3f", 0.5, 0.5), "0.5 5.000000E-01");
 }
 
 // Skipping arrays

@@ -8,10 +8,10 @@
 #include <cstdint>
 #include <cstdio>
 #include <limits>
-#include <locale>
 #include <random>
-#include <sstream>
 #include <string>
+
+#include "tests/io/comma_locale.h"
 
 namespace kestrion {
 namespace {
@@ -221,27 +221,11 @@ TEST(NumberText, QuotesCountForWidthAndPrecision) {
     EXPECT_EQ(Text("", '"', {}), "\"\"");
 }
 
-// A locale whose numbers have a decimal comma and groups.
-class CommaPunctuation : public std::numpunct<char> {
-  protected:
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
 TEST(NumberText, ACommaLocaleChangesNothing) {
-    const std::locale comma(std::locale::classic(), new CommaPunctuation);
-    const std::locale former = std::locale::global(comma);
-    std::ostringstream proof;
-    proof << 1234.5;
-    const std::string real = Real(1234567.25, {.letter = 'f', .precision = 2});
-    const std::string general = Real(0.5, {.letter = 'g'});
-    const std::string integer = Signed(1234567, {});
-    std::locale::global(former);
-    EXPECT_EQ(proof.str(), "1.234,5");  // the locale was in force
-    EXPECT_EQ(real, "1234567.25");
-    EXPECT_EQ(general, "0.5");
-    EXPECT_EQ(integer, "1234567");
+    const CommaLocale comma;
+    EXPECT_EQ(Real(1234567.25, {.letter = 'f', .precision = 2}), "1234567.25");
+    EXPECT_EQ(Real(0.5, {.letter = 'g'}), "0.5");
+    EXPECT_EQ(Signed(1234567, {}), "1234567");
 }
 
 }  // namespace
