@@ -251,17 +251,18 @@ HRESULT CInstrBuffer::ReadToArray(SAFEARRAY** array, std::uint32_t count, bool f
         return ReportNullPointer("ppsaBuf");
     }
     *array = nullptr;
-    SafeArrayPtr result(SafeArrayCreateVector(VT_UI1, 0, count));
-    if (!result) {
-        return reporter_.ReportOutOfMemory("Could not allocate SAFEARRAY memory for Read.");
+    SafeArrayPtr result;
+    HRESULT status = MakeReadArray(VT_UI1, count, reporter_, result);
+    if (Failed(status)) {
+        return status;
     }
     std::uint32_t actual = 0;
-    const HRESULT status = ReadBytes(ArrayBytes(result.Get()), count, &actual, flush);
+    status = ReadBytes(ArrayBytes(result.Get()), count, &actual, flush);
     if (Failed(status)) {
         return status;
     }
     if (actual < count) {
-        const HRESULT resized = ResizeVector(result.Get(), actual);
+        const HRESULT resized = ResizeReadArray(result, actual, reporter_);
         if (Failed(resized)) {
             return resized;
         }

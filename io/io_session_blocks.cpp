@@ -91,15 +91,16 @@ HRESULT CIoSession::ReadVariantBlockOf(ElementKind kind, SAFEARRAY** values, boo
             return status;
         }
         const std::uint32_t announced = byteCount / width;
-        SafeArrayPtr result(SafeArrayCreateVector(ElementVartype(kind), 0, announced));
-        if (!result) {
-            return reporter_->ReportOutOfMemory("Could not allocate SAFEARRAY memory for Read.");
+        SafeArrayPtr result;
+        const HRESULT made = MakeReadArray(ElementVartype(kind), announced, *reporter_, result);
+        if (Failed(made)) {
+            return made;
         }
         std::uint32_t got = 0;
         status = ReadBlockElements(*buffer_, status, kind, ArrayBytes(result.Get()), announced,
                                    byteCount, flush, &got);
         if (!Failed(status) && got < announced) {
-            const HRESULT resized = ResizeVector(result.Get(), got);
+            const HRESULT resized = ResizeReadArray(result, got, *reporter_);
             status = Failed(resized) ? resized : status;
         }
         if (!Failed(status)) {

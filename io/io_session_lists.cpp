@@ -43,9 +43,9 @@ HRESULT ReadTextChunk(IIoBuffer& buffer, SAFEARRAY* array, std::uint32_t offset,
 HRESULT ReadGrowing(IIoBuffer& buffer, IIoErrorReporter& reporter, ElementKind kind,
                     std::string_view separators, SafeArrayPtr& result) {
     const std::uint32_t chunk = ChunkElements(kind);
-    result = SafeArrayPtr(SafeArrayCreateVector(ElementVartype(kind), 0, chunk));
-    if (!result) {
-        return reporter.ReportOutOfMemory("Could not allocate SAFEARRAY memory for Read.");
+    const HRESULT made = MakeReadArray(ElementVartype(kind), chunk, reporter, result);
+    if (Failed(made)) {
+        return made;
     }
     for (std::uint32_t total = 0;;) {
         std::int32_t actual = 0;
@@ -58,7 +58,7 @@ HRESULT ReadGrowing(IIoBuffer& buffer, IIoErrorReporter& reporter, ElementKind k
         }
         total += static_cast<std::uint32_t>(actual);
         const bool last = static_cast<std::uint32_t>(actual) < chunk || status != IoStatusMoreData;
-        const HRESULT resized = ResizeVector(result.Get(), last ? total : total + chunk);
+        const HRESULT resized = ResizeReadArray(result, last ? total : total + chunk, reporter);
         if (Failed(resized) || last) {
             return Failed(resized) ? resized : status;
         }

@@ -12,6 +12,7 @@ namespace {
 // Texts up to this size, with some room behind, are read without touching the heap.
 constexpr std::uint32_t kStackText = 1024;
 constexpr std::uint32_t kTextReserve = 17;
+constexpr std::string_view kNoLowLevelArray = "LowLevelReadNoPoll could not allocate SAFEARRAY.";
 
 }  // namespace
 
@@ -33,14 +34,15 @@ HRESULT CIoSession::LowLevelReadNoPoll(SAFEARRAY** bytes, std::uint32_t count,
             return reporter_->ReportNullPointer("LowLevelReadNoPoll", "ppsaBuf", "");
         }
         *bytes = nullptr;
-        SafeArrayPtr result(SafeArrayCreateVector(VT_UI1, 0, count));
-        if (!result) {
-            return reporter_->ReportOutOfMemory("LowLevelReadNoPoll could not allocate SAFEARRAY.");
+        SafeArrayPtr result;
+        HRESULT status = MakeReadArray(VT_UI1, count, *reporter_, result, kNoLowLevelArray);
+        if (Failed(status)) {
+            return status;
         }
         std::uint32_t actual = 0;
-        HRESULT status = LowLevelReadNoPoll(ArrayBytes(result.Get()), count, &actual, timeout);
+        status = LowLevelReadNoPoll(ArrayBytes(result.Get()), count, &actual, timeout);
         if (!Failed(status) && actual < count) {
-            const HRESULT resized = ResizeVector(result.Get(), actual);
+            const HRESULT resized = ResizeReadArray(result, actual, *reporter_, kNoLowLevelArray);
             status = Failed(resized) ? resized : status;
         }
         if (!Failed(status)) {

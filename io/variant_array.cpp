@@ -52,9 +52,17 @@ HRESULT CheckNumberArray(SAFEARRAY* array, IIoErrorReporter& reporter, ElementKi
     return S_OK;
 }
 
-HRESULT ResizeVector(SAFEARRAY* array, std::uint32_t elements) {
+HRESULT MakeReadArray(VARTYPE type, std::uint32_t elements, IIoErrorReporter& reporter,
+                      SafeArrayPtr& array, std::string_view noMemory) {
+    array = SafeArrayPtr(SafeArrayCreateVector(type, 0, elements));
+    return array ? S_OK : reporter.ReportOutOfMemory(noMemory);
+}
+
+HRESULT ResizeReadArray(const SafeArrayPtr& array, std::uint32_t elements,
+                        IIoErrorReporter& reporter, std::string_view noMemory) {
     const SAFEARRAYBOUND bound{elements, 0};
-    return SafeArrayRedim(array, &bound);
+    const HRESULT status = SafeArrayRedim(array.Get(), &bound);
+    return status == E_OUTOFMEMORY ? reporter.ReportOutOfMemory(noMemory) : status;
 }
 
 }  // namespace kestrion

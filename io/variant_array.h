@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "io/element.h"
 #include "io/partners.h"
@@ -30,7 +31,17 @@ namespace kestrion {
     return static_cast<BYTE*>(array->pvData);
 }
 
-// Changes the number of elements of a zero-based, one-dimensional array.
-[[nodiscard]] HRESULT ResizeVector(SAFEARRAY* array, std::uint32_t elements);
+// What a read that has no memory for its array is reported with.
+inline constexpr std::string_view kNoArrayMemory = "Could not allocate SAFEARRAY memory for Read.";
+
+// A new one-dimensional, zero-based array for what is read. Without memory, `noMemory` is reported.
+[[nodiscard]] HRESULT MakeReadArray(VARTYPE type, std::uint32_t elements,
+                                    IIoErrorReporter& reporter, SafeArrayPtr& array,
+                                    std::string_view noMemory = kNoArrayMemory);
+
+// Changes the number of elements of such an array, as it is found out. Reports as above.
+[[nodiscard]] HRESULT ResizeReadArray(const SafeArrayPtr& array, std::uint32_t elements,
+                                      IIoErrorReporter& reporter,
+                                      std::string_view noMemory = kNoArrayMemory);
 
 }  // namespace kestrion
