@@ -166,42 +166,60 @@ HRESULT CDriver::PollInstrumentStatus() {
     return Failed(status) ? reporter_.ReportInstrumentError() : S_OK;
 }
 
-HRESULT CDriver::EnumToToken(std::string_view name, std::int32_t value, std::string& token) {
-    const MethodDescriptor* method = GetCurrentMethod();
+const IEnumConverter* CDriver::FindEnumConverter(std::string_view name) const {
+    const MethodDescriptor* method = callStack_.Current();
     if (method == nullptr) {
         throw StatusError(E_FAIL);
     }
-    const IEnumConverter* converter = GetEnumConverter(name, method->fullName);
-    if (converter == nullptr) {
-        return reporter_.ReportUnrecoverable("Unrecognized enum name '" + std::string(name) + "'.");
+    return GetEnumConverter(name, method->fullName);
+}
+
+HRESULT CDriver::ReportUnrecognizedEnum(std::string_view name) {
+    return reporter_.ReportUnrecoverable("Unrecognized enum name '" + std::string(name) + "'.");
+}
+
+HRESULT CDriver::EnumToToken(std::string_view name, std::int32_t value, std::string& token) {
+    if (const IEnumConverter* converter = FindEnumConverter(name); converter != nullptr) {
+        return converter->ToToken(GetInstrumentModel(), value, token)
+                   ? S_OK
+                   : reporter_.ReportInvalidValue("nVal", ValueText(value), {});
     }
-    if (converter->ToToken(GetInstrumentModel(), value, token)) {
-        return S_OK;
+    for (const auto& [key, personality] : personalities_) {
+        if (Succeeded(personality->EnumToToken(name, value, token))) {
+            return S_OK;
+        }
     }
-    return reporter_.ReportInvalidValue("nVal", ValueText(value), {});
+    return ReportUnrecognizedEnum(name);
 }
 
 HRESULT CDriver::TokenToEnum(std::string_view name, std::string_view token, std::int32_t& value) {
-    const MethodDescriptor* method = GetCurrentMethod();
-    if (method == nullptr) {
-        throw StatusError(E_FAIL);
+    if (const IEnumConverter* converter = FindEnumConverter(name); converter != nullptr) {
+        return converter->FromToken(GetInstrumentModel(), token, value)
+                   ? S_OK
+                   : reporter_.ReportUnexpectedResponse("Unexpected value '" + std::string(token) +
+                                                        "' for enum '" + std::string(name) + "'.");
     }
-    const IEnumConverter* converter = GetEnumConverter(name, method->fullName);
-    if (converter == nullptr) {
-        return reporter_.ReportUnrecoverable("Unrecognized enum name '" + std::string(name) + "'.");
+    for (const auto& [key, personality] : personalities_) {
+        if (Succeeded(personality->TokenToEnum(name, token, value))) {
+            return S_OK;
+        }
     }
-    if (converter->FromToken(GetInstrumentModel(), token, value)) {
-        return S_OK;
-    }
-    return reporter_.ReportUnexpectedResponse("Unexpected value '" + std::string(token) +
-                                              "' for enum '" + std::string(name) + "'.");
+    return ReportUnrecognizedEnum(name);
 }
 
 std::int32_t CDriver::GetMaxTokenLength(std::string_view name) {
-    const MethodDescriptor* method = GetCurrentMethod();
-    const IEnumConverter* converter =
-        method == nullptr ? nullptr : GetEnumConverter(name, method->fullName);
-    return converter == nullptr ? 0 : std::max(converter->MaxTokenLength(), 0);
+    if (const IEnumConverter* converter = FindEnumConverter(name); converter != nullptr) {
+        return converter->MaxTokenLength();
+    }
+    std::int32_t longest = 0;
+    for (const auto& [key, personality] : personalities_) {
+        longest = std::max(longest, personality->GetMaxTokenLength(name));
+    }
+    return longest;
+}
+
+void CDriver::AddPersonality(std::string_view name, IEnumFormatter& personality) {
+    personalities_.Set(name, &personality);
 }
 
 HRESULT CDriver::ActivatePersonality(std::string_view) {

@@ -53,7 +53,9 @@ struct DriverEnvironment {
     Clock* clock = nullptr;
 };
 
-// Enumerations of an instrument personality; this driver has none.
+class IEnumConverter;
+
+// Where the personalities of an instrument are switched on, by name. This driver defines none.
 struct IPersonalityHost {
     virtual HRESULT ActivatePersonality(std::string_view name) = 0;
 
@@ -107,12 +109,12 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
         return callStack_.Current();
     }
 
-    // Family tests, any thread; all false while not initialized except the last. Those that every
-    // call makes look nothing up: the model's families were found when it became known.
-    [[nodiscard]] bool IsKnownModel() const { return initialized_ && model_ != nullptr; }
-    [[nodiscard]] bool InstrumentInFamily(std::string_view family) const;
-    [[nodiscard]] bool InstrumentIsModel(std::string_view model) const;
-    [[nodiscard]] bool IsModelInFamily(std::string_view model, std::string_view family) const;
+    // Those that every call makes look nothing up: the model's families were found when it became
+    // known.
+    [[nodiscard]] bool IsKnownModel() const final { return initialized_ && model_ != nullptr; }
+    [[nodiscard]] bool InstrumentInFamily(std::string_view family) const final;
+    [[nodiscard]] bool InstrumentIsModel(std::string_view model) const final;
+    [[nodiscard]] bool IsModelInFamily(std::string_view model, std::string_view family) const final;
 
     // The instrument's identity and the options' texts, any thread.
     struct Identity {
@@ -135,13 +137,18 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
     // IInstrErrorPoller: asks the event status register, if the option says so.
     HRESULT PollInstrumentStatus() override;
 
-    // IEnumFormatter, for the member that runs on the calling thread.
+    // IEnumFormatter, for the member that runs on the calling thread; outside of every member a
+    // StatusError of E_FAIL. What the driver has no table for is asked of the personalities, in the
+    // order of their map, and the first that doesn't fail has answered.
     HRESULT EnumToToken(std::string_view name, std::int32_t value, std::string& token) override;
     HRESULT TokenToEnum(std::string_view name, std::string_view token,
                         std::int32_t& value) override;
     std::int32_t GetMaxTokenLength(std::string_view name) override;
 
     HRESULT ActivatePersonality(std::string_view name) override;
+    // Registers an active personality, which isn't owned; Close forgets it. Not while a member
+    // runs.
+    void AddPersonality(std::string_view name, IEnumFormatter& personality);
 
     // Walks over the tree, parents first.
     void InvalidateAllAttributes();
@@ -183,6 +190,9 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
     void SetText(std::string& field, std::string_view value);
     // The model of the instrument, from the options or from the instrument itself.
     void SetInstrumentModel(std::string_view model);
+    // What the member that runs on this thread has for an enumeration; null where it has nothing.
+    [[nodiscard]] const IEnumConverter* FindEnumConverter(std::string_view name) const;
+    HRESULT ReportUnrecognizedEnum(std::string_view name);
     // Calls `visit` for each child, in the order of the tree, until a negative status.
     HRESULT VisitChildren(FunctionRef<HRESULT(CRepCap&)> visit);
     [[nodiscard]] std::vector<CRepCap*> AllChildren() const;
@@ -202,6 +212,7 @@ class CDriver : public CNode, public IEnumFormatter, public IPersonalityHost {
     std::atomic<const ModelRecord*> model_{nullptr};
 
     Configuration configuration_;
+    HashMap<std::string, IEnumFormatter*> personalities_;
 
     // Guards the texts and the children below against members of other objects; held for a copy
     // only and never over I/O.

@@ -127,6 +127,22 @@ const MethodDescriptor* CChildNode::GetCurrentMethod() {
     return root_.GetCurrentMethod();
 }
 
+bool CChildNode::IsKnownModel() const {
+    return root_.IsKnownModel();
+}
+
+bool CChildNode::InstrumentInFamily(std::string_view family) const {
+    return root_.InstrumentInFamily(family);
+}
+
+bool CChildNode::InstrumentIsModel(std::string_view model) const {
+    return root_.InstrumentIsModel(model);
+}
+
+bool CChildNode::IsModelInFamily(std::string_view model, std::string_view family) const {
+    return root_.IsModelInFamily(model, family);
+}
+
 std::string CRepCap::GetFullName() {
     if (fullName_.empty()) {
         std::string path = Root().GetFullName();

@@ -67,6 +67,14 @@ class CNode : public IUnknown, public IInstrErrorPoller, public ICallContextProv
     [[nodiscard]] std::string GetVirtualName(std::string_view name);
     [[nodiscard]] std::string GetQualifiedPhysicalName(std::string_view capability,
                                                        std::string_view physicalName);
+    // Which instrument is connected, as every object asks it; any thread. Names compare exactly,
+    // and one that isn't known is no failure but false. All but the last are false while the driver
+    // isn't initialized.
+    [[nodiscard]] virtual bool IsKnownModel() const = 0;
+    [[nodiscard]] virtual bool InstrumentInFamily(std::string_view family) const = 0;
+    [[nodiscard]] virtual bool InstrumentIsModel(std::string_view model) const = 0;
+    [[nodiscard]] virtual bool IsModelInFamily(std::string_view model,
+                                               std::string_view family) const = 0;
     // The path of this object in error and trace texts; the root's is empty.
     [[nodiscard]] virtual std::string GetFullName() { return {}; }
     // What a connected instrument needs before the first member; a negative status ends start-up.
@@ -153,6 +161,11 @@ class CChildNode : public CNode {
     [[nodiscard]] bool IsInitialized() const override;
     HRESULT PollInstrumentStatus() override;
     [[nodiscard]] const MethodDescriptor* GetCurrentMethod() override;
+    [[nodiscard]] bool IsKnownModel() const override;
+    [[nodiscard]] bool InstrumentInFamily(std::string_view family) const override;
+    [[nodiscard]] bool InstrumentIsModel(std::string_view model) const override;
+    [[nodiscard]] bool IsModelInFamily(std::string_view model,
+                                       std::string_view family) const override;
 
     // The tree drops the child.
     void Detach() { attached_ = false; }

@@ -1,6 +1,8 @@
 #include "core/repeated_capabilities.h"
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "platform/text.h"
 
@@ -11,27 +13,39 @@ HRESULT CountInstances(MemberCall& call, std::string_view className, LONG* count
     return S_OK;
 }
 
+CRepCap* ChooseInstance(std::span<CRepCap* const> instances, std::string_view name) {
+    if (instances.empty()) {
+        return nullptr;
+    }
+    name = Trim(name);
+    if (instances.size() == 1 && name.empty()) {
+        return instances.front();
+    }
+    const std::string physical = instances.front()->GetPhysicalName(name);
+    const auto found = std::ranges::find_if(instances, [&](const CRepCap* candidate) {
+        return EqualsIgnoreCase(physical, candidate->PhysicalName());
+    });
+    return found == instances.end() ? nullptr : *found;
+}
+
 HRESULT FindInstance(MemberCall& call, std::string_view className, BSTR name, REFIID iid,
                      void** instance) {
+    if (instance == nullptr) {
+        return E_POINTER;
+    }
     const std::vector<CRepCap*> instances = call.Driver().Instances(className);
     if (instances.empty()) {
         return E_UNEXPECTED;
     }
-    const std::string utf8 = ToUtf8(name);
-    const std::string_view asked = Trim(utf8);
-    if (instances.size() == 1 && asked.empty()) {
-        return instances.front()->QueryInterface(iid, instance);
-    }
-    const std::string physical = call.Driver().GetPhysicalName(asked);
-    for (CRepCap* candidate : instances) {
-        if (EqualsIgnoreCase(physical, candidate->PhysicalName())) {
-            return candidate->QueryInterface(iid, instance);
-        }
-    }
-    return call.Errors().ReportUnknownPhysicalSelector();
+    CRepCap* found = ChooseInstance(instances, ToUtf8(name));
+    return found == nullptr ? call.Errors().ReportUnknownPhysicalSelector()
+                            : found->QueryInterface(iid, instance);
 }
 
 HRESULT NameInstance(MemberCall& call, std::string_view className, LONG index, BSTR* name) {
+    if (name == nullptr) {
+        return E_POINTER;
+    }
     const std::vector<CRepCap*> instances = call.Driver().Instances(className);
     if (instances.empty()) {
         return E_UNEXPECTED;

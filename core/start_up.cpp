@@ -316,6 +316,7 @@ HRESULT CDriver::Close() {
     if (!initialized_) {
         return reporter_.ReportNotInitialized({});
     }
+    personalities_.Clear();
     trace_->closing = true;
     const HRESULT closed = CloseSession();
     ClearCacheEntries();
