@@ -2,7 +2,10 @@
 
 import unittest
 
-from support import generated
+from generator import output
+from generator.cli import read_model
+from generator.problems import Problems
+from support import ChangedModel, generated
 
 
 class OutputCase(unittest.TestCase):
@@ -506,3 +509,31 @@ constexpr MessageData kMessages[] = {
                              '    .supportedInstrumentModels = "B1,A1,A2",\n')
         self.assert_contains("core/message_data.cpp", "    .supportsSelfTest = false,\n")
         self.assert_contains("core/message_data.cpp", "    .disableTimeout = 200,\n")
+
+
+class MemberKeys(ChangedModel):
+    """The names by which members find their tables, of entries whose names look like accessors."""
+
+    def assert_key(self, written: str, name: str, key: str) -> None:
+        self.change("lamps/lamp.toml", "Flash = {", f"{written} = {{")
+        files = output.all_files(read_model(self.model, "1.2.3", Problems()))
+        block = files["members/ILamp.h"].split(f"MethodDescriptor {name}{{")[1].split("};")[0]
+        self.assertIn(f'    .memberName = "{name}",\n    .fullName = "{key}",\n', block)
+
+    def test_getter_and_setter_have_one_key(self) -> None:
+        for name in ("get_Power", "put_Power"):
+            block = generated()["members/ILamp.h"].split(f"MethodDescriptor {name}{{")[1]
+            with self.subTest(name):
+                self.assertIn('    .fullName = "ILamp.Power",\n', block.split("};")[0])
+
+    def test_method_keeps_a_name_that_begins_with_get(self) -> None:
+        self.assert_key("getFoo", "getFoo", "ILamp.getFoo")
+
+    def test_method_keeps_a_name_that_begins_with_put(self) -> None:
+        self.assert_key("putter", "putter", "ILamp.putter")
+
+    def test_prefixes_count_in_their_own_case_only(self) -> None:
+        self.assert_key("Get_Foo", "Get_Foo", "ILamp.Get_Foo")
+
+    def test_method_loses_the_prefix_of_an_accessor(self) -> None:
+        self.assert_key("get_Foo", "get_Foo", "ILamp.Foo")

@@ -111,15 +111,15 @@ class Identity(RealModel):
                  for name, families in self.model.refusals.items()}
         self.assertEqual(short, {
             "newer": "Heron HeronB Ibis IbisB Lark LarkB Crake",
-            "not_heron_or_lark": "Heron HeronB Lark",
-            "newer_but_swift": "Heron HeronB Ibis IbisB Lark LarkB Crake Swift",
-            "not_heron": "Heron",
-            "not_heron_or_heronb": "Heron HeronB",
-            "newer_and_ibisb": "Heron HeronB Ibis Lark LarkB Crake",
-            "herons_only": "Ibis IbisB Lark LarkB Crake Plover Swift Merlin",
-            "newer_and_larkb": "Heron HeronB Ibis IbisB Lark Crake",
-            "merlin_only": "Heron HeronB Ibis IbisB Lark LarkB Crake Plover Swift",
-            "not_ibis_lark_or_crake": "Ibis IbisB Lark LarkB Crake",
+            "herons_and_lark": "Heron HeronB Lark",
+            "newer_and_swift": "Heron HeronB Ibis IbisB Lark LarkB Crake Swift",
+            "heron": "Heron",
+            "herons": "Heron HeronB",
+            "newer_but_ibisb": "Heron HeronB Ibis Lark LarkB Crake",
+            "all_but_herons": "Ibis IbisB Lark LarkB Crake Plover Swift Merlin",
+            "newer_but_larkb": "Heron HeronB Ibis IbisB Lark Crake",
+            "all_but_merlin": "Heron HeronB Ibis IbisB Lark LarkB Crake Plover Swift",
+            "ibises_larks_and_crake": "Ibis IbisB Lark LarkB Crake",
         })
 
     def test_repeated_capabilities_in_order(self) -> None:

@@ -78,8 +78,9 @@ class Entry:
 
     @property
     def key(self) -> str:
-        """The member key of enum tables and of simulated values."""
-        return f"{self.interface}.{self.member}"
+        """The member key of enum tables and of simulated values: one for a getter and its setter."""
+        name = self.name[4:] if self.name.startswith(("get_", "put_")) else self.name
+        return f"{self.interface}.{name}"
 
     @property
     def value(self) -> ValueType:
