@@ -11,27 +11,11 @@
 #include <string>
 #include <string_view>
 
-#include "platform/text.h"
 #include "tables/enum_converter.h"
 #include "tables/enum_data.h"
 #include "tables/hash_map.h"
 
 namespace kestrion {
-
-// Keys that ignore the case of A to Z.
-struct IgnoreCaseHashTraits {
-    using View = std::string_view;
-    [[nodiscard]] static constexpr std::uint32_t Hash(std::string_view text) {
-        std::uint32_t hash = 0;
-        for (const char c : text) {
-            hash = hash * 33 + static_cast<std::uint8_t>(ToLowerAscii(c));
-        }
-        return hash;
-    }
-    [[nodiscard]] static bool Equals(std::string_view a, std::string_view b) {
-        return EqualsIgnoreCase(a, b);
-    }
-};
 
 // An index over enumerations. Converters are made when they are first asked for; a later question
 // for the same one takes two look-ups and allocates nothing. Any thread may ask.

@@ -33,6 +33,14 @@ struct TextHashTraits {
     }
 };
 
+// Keys that ignore the case of A to Z; where a map wants such, it names these traits.
+struct IgnoreCaseHashTraits {
+    using View = std::string_view;
+    // Called once for each look-up, and Equals once for each key that is compared, as above.
+    [[nodiscard]] static std::uint32_t Hash(std::string_view text);
+    [[nodiscard]] static bool Equals(std::string_view a, std::string_view b);
+};
+
 template <>
 struct HashTraits<std::string> : TextHashTraits {};
 

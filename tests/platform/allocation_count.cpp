@@ -1,14 +1,20 @@
 #include "tests/platform/allocation_count.h"
 
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 namespace {
 
+constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+
 thread_local std::size_t allocations = 0;
+thread_local std::size_t failing = kNone;
 
 void* Allocate(std::size_t size) noexcept {
-    ++allocations;
+    if (allocations++ == failing) {
+        return nullptr;
+    }
     return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -55,6 +61,14 @@ namespace kestrion::test {
 
 std::size_t AllocationCount() {
     return allocations;
+}
+
+FailingAllocation::FailingAllocation(std::size_t count) {
+    failing = allocations + count;
+}
+
+FailingAllocation::~FailingAllocation() {
+    failing = kNone;
 }
 
 }  // namespace kestrion::test

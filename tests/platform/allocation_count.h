@@ -1,4 +1,5 @@
-// Counts the heap allocations of the calling thread, for code that promises to make none.
+// Counts the heap allocations of the calling thread, for code that promises to make none, and lets
+// one of them fail.
 #pragma once
 
 #include <cstddef>
@@ -15,5 +16,14 @@ template <typename Code>
     code();
     return AllocationCount() - before;
 }
+
+// Lets one allocation of this thread fail, for its life time: the one behind `count` others.
+class FailingAllocation {
+  public:
+    explicit FailingAllocation(std::size_t count);
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+    ~FailingAllocation();
+};
 
 }  // namespace kestrion::test

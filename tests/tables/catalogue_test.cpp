@@ -10,6 +10,7 @@
 #include "tables/enum_lookup.h"
 #include "tables/model_families.h"
 #include "tests/platform/allocation_count.h"
+#include "tests/tables/lookup_steps.h"
 
 namespace kestrion {
 namespace {
@@ -179,6 +180,39 @@ TEST(CatalogueTest, ALookupAllocatesNothingAfterTheFirstUse) {
         EXPECT_EQ(test::CountAllocations(
                       [&] { EXPECT_EQ(GetEnumConverter(data.typeName, "I.None"), nullptr); }),
                   0U);
+    }
+}
+
+// However late an enumeration comes in the order, and however late a member: the name is one
+// look-up and the member another.
+TEST(CatalogueTest, ALookupTakesTwoStepsForEveryEnumerationAndMember) {
+    std::size_t lookups = 0;
+    std::size_t comparisons = 0;
+    for (const Listed& listed : kWithTables) {
+        for (const std::string& name : FourNames(listed.shortName)) {
+            for (const EnumTable& table : DataOf(FourNames(listed.shortName)[1]).tables) {
+                for (const std::string_view key : table.memberKeys) {
+                    (void)GetEnumConverter(name, key);
+                    const test::LookupSteps steps =
+                        test::CountSteps([&] { (void)GetEnumConverter(name, key); });
+                    EXPECT_EQ(steps.hashes, 2U) << name << " of " << key;
+                    lookups += steps.hashes;
+                    comparisons += steps.comparisons;
+                }
+            }
+        }
+    }
+    // A map has 2.25 keys to a place at most.
+    EXPECT_GT(lookups, 0U);
+    EXPECT_LE(comparisons, lookups * 3);
+}
+
+TEST(CatalogueTest, AnUnknownNameTakesOneStep) {
+    (void)GetEnumConverter("Nothing", "IKestrionChannel.Coupling");
+    for (const char* name : {"Nothing", "KestrionNothingEnum", "", "KestrionTimeOutEnum"}) {
+        const test::LookupSteps steps =
+            test::CountSteps([&] { (void)GetEnumConverter(name, "IKestrionChannel.Coupling"); });
+        EXPECT_EQ(steps.hashes, 1U) << name;
     }
 }
 

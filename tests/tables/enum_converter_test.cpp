@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -266,6 +267,25 @@ TEST(EnumConverterTest, ReadsAResponseWithoutAllocating) {
               }),
               0U);
     EXPECT_EQ(value, 4);
+}
+
+TEST(EnumConverterTest, ATableThatMemoryWasTooShortForFails) {
+    const std::vector<Row> rows = {{1, {"A TOKEN THAT IS KEPT ON THE HEAP", "SHORT"}},
+                                   {2, {"TWO"}}};
+    const std::vector<CEnumCommandItem> items = Items(rows);
+    const std::size_t needed =
+        test::CountAllocations([&] { const CEnumCommandConverter<Coupling> converter(items); });
+    ASSERT_GT(needed, 3U);
+    for (std::size_t i = 0; i < needed; ++i) {
+        bool failed = false;
+        const test::FailingAllocation failing(i);
+        try {
+            const CEnumCommandConverter<Coupling> converter(items);
+        } catch (const std::bad_alloc&) {
+            failed = true;
+        }
+        EXPECT_TRUE(failed) << i;
+    }
 }
 
 enum TriggerType : std::int32_t { kEdge = 1, kWidth = 2 };

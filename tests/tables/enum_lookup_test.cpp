@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <new>
 #include <string>
 #include <thread>
 #include <vector>
@@ -183,6 +184,47 @@ TEST(EnumLookupTest, AllocatesNothingAfterTheFirstUse) {
                   EXPECT_EQ(lookup.Find("ChannelCoupling", "IKestrionChannel.Offset"), nullptr);
               }),
               0U);
+}
+
+TEST(EnumLookupTest, AConverterThatMemoryWasTooShortForIsMadeByTheNextQuestion) {
+    constexpr std::string_view kKey = "IKestrionChannel.Configure";
+    std::size_t needed = 0;
+    {
+        const EnumLookup lookup(AllEnums());
+        needed = test::CountAllocations([&] { (void)lookup.Find("ChannelCoupling", kKey); });
+    }
+    ASSERT_GT(needed, 1U);
+    for (std::size_t i = 0; i < needed; ++i) {
+        const EnumLookup lookup(AllEnums());
+        bool failed = false;
+        {
+            const test::FailingAllocation failing(i);
+            try {
+                (void)lookup.Find("ChannelCoupling", kKey);
+            } catch (const std::bad_alloc&) {
+                failed = true;
+            }
+        }
+        EXPECT_TRUE(failed) << i;
+        const IEnumConverter* found = lookup.Find("ChannelCoupling", kKey);
+        EXPECT_EQ(TokenOf(found, 2), "DCREJECT") << i;
+        EXPECT_EQ(ValueOf(found, "DCREJ"), 2) << i;
+        EXPECT_EQ(lookup.Find("ChannelCoupling", kKey), found) << i;
+    }
+}
+
+TEST(EnumLookupTest, AnIndexThatMemoryWasTooShortForFails) {
+    const std::size_t needed = test::CountAllocations([] { const EnumLookup lookup(AllEnums()); });
+    for (std::size_t i = 0; i < needed; ++i) {
+        bool failed = false;
+        const test::FailingAllocation failing(i);
+        try {
+            const EnumLookup lookup(AllEnums());
+        } catch (const std::bad_alloc&) {
+            failed = true;
+        }
+        EXPECT_TRUE(failed) << i;
+    }
 }
 
 TEST(EnumLookupTest, EightThreadsThatAskFirstGetTheSameConverters) {
