@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
@@ -230,6 +232,30 @@ TEST(EnumConverterTest, ATableThatDoesNotKeepTheExistingOneReplacesIt) {
                                      std::unique_ptr<CEnumCommand<Coupling>>(
                                          std::make_unique<Greedy>("Lark Series", Items(rows))));
     EXPECT_EQ(TokenOf(converter, kDc, "LK7104"), "GREEDY");
+}
+
+TEST(EnumConverterTest, EachTableGoesAwayOnceWhateverItStandsFor) {
+    class Counted : public CEnumCommand<Coupling> {
+      public:
+        Counted(std::string_view model, int& gone) : CEnumCommand(model, {}), gone_(gone) {}
+        ~Counted() override { ++gone_; }
+
+      private:
+        int& gone_;
+    };
+    std::array<int, 6> gone{};
+    {
+        std::vector<std::unique_ptr<CEnumCommand<Coupling>>> tables;
+        // For all, for all again, for several models, for one of them, for none left, and dropped.
+        constexpr std::string_view kKeys[] = {
+            "", "", "Lark Series", "LK7054", "Lark Series", "Larch Series"};
+        for (std::size_t i = 0; i < gone.size(); ++i) {
+            tables.push_back(std::make_unique<Counted>(kKeys[i], gone[i]));
+        }
+        const CEnumCommandConverter<Coupling> converter(std::move(tables));
+        EXPECT_EQ(gone, (std::array<int, 6>{0, 0, 0, 0, 0, 1}));
+    }
+    EXPECT_EQ(gone, (std::array<int, 6>{1, 1, 1, 1, 1, 1}));
 }
 
 TEST(EnumConverterTest, ATableWithAnUnknownKeyIsDroppedWithoutAnError) {

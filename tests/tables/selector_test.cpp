@@ -117,6 +117,29 @@ TEST(SelectorTest, BlanksMayStandAroundNamesAndTheDash) {
     EXPECT_EQ(StatusOf("[A,\nB]"), kBadlyFormed);
 }
 
+TEST(SelectorTest, WhiteSpaceOfAnyKindMayStandAroundALevel) {
+    EXPECT_THAT(Parsed("\r\nA\v:\fChannel1\n"), ElementsAre("A:Channel1"));
+    EXPECT_THAT(Parsed("\n[A,B]\n"), ElementsAre("A", "B"));
+    EXPECT_THAT(Parsed("\nA,B\n"), ElementsAre("A", "B"));
+    EXPECT_EQ(StatusOf("A\n,B"), kBadlyFormed) << "only blanks and tabs stand around an item";
+    EXPECT_EQ(StatusOf("[\nA]"), kBadlyFormed);
+    EXPECT_EQ(StatusOf("\n"), kBadlyFormed);
+}
+
+TEST(SelectorTest, APrefixHasLettersUnderscoresAndExclamationMarks) {
+    EXPECT_THAT(Parsed("Channel!!Ch_1-2"), ElementsAre("Channel!!Ch_1", "Channel!!Ch_2"));
+    EXPECT_THAT(Parsed("_0-_1"), ElementsAre("_0", "_1"));
+    EXPECT_THAT(Parsed("!8-!9"), ElementsAre("!8", "!9"));
+    EXPECT_EQ(StatusOf("A1B1-2"), kBadlyFormed) << "a digit ends the prefix";
+}
+
+TEST(SelectorTest, EachItemOfATopLevelListMayBeARange) {
+    EXPECT_THAT(Parsed("Channel1-2,Channel4"), ElementsAre("Channel1", "Channel2", "Channel4"));
+    EXPECT_THAT(Parsed("A:C1-2,B:C1"), ElementsAre("A:C1", "A:C2", "B:C1"));
+    EXPECT_EQ(StatusOf("Channel4,Channel1-2", false), kBadlyFormed);
+    EXPECT_EQ(StatusOf("[Channel4,Channel1-2]", false), kBadlyFormed);
+}
+
 TEST(SelectorTest, ARangeThatRunsBackwardsIsInvalid) {
     EXPECT_EQ(StatusOf("Channel3-1"), kBadRange);
     EXPECT_EQ(StatusOf("Channel3-Channel1"), kBadRange);

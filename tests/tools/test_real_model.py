@@ -391,6 +391,20 @@ class Tokens(RealModel):
              [(0, ["OFF"]), (1, ["AUTO"])]),
             ("KestrionChannelEnhancedBandwidthEnum", "IKestrionChannel.BandWidthEnhancedState",
              [(0, ["0"]), (1, ["1"])]),
+            ("KestrionChannelBandwidthEnum", "IKestrionChannel.BandwidthEnum",
+             [(0, ["FULL"]), (1, ["ONEFIFTY"]), (2, ["TWOFIFTY"]), (3, ["TWENTY"]),
+              (4, ["FIVE"])]),
+            ("KestrionChannelCalibrationEnum", "IKestrionChannel.ProbeCalibration",
+             [(0, ["INITIALIZED"]), (1, ["PASS"]), (2, ["FAIL"]), (3, ["RUNNING"])]),
+            ("KestrionChannelWavelengthEnum", "IKestrionChannel.WaveLength",
+             [(0, ["780", "780.0000"]), (1, ["850", "850.0000"]), (2, ["1310", "1.3100E+3"]),
+              (3, ["1550", "1.5500E+3"])]),
+            ("KestrionChannelMixCaptureStateEnum", "IKestrionChannel.MixCaptureState",
+             [(0, ["OFF", "0"]), (1, ["ON", "1"])]),
+            ("KestrionChannelProbeInputModeEnum", "IKestrionChannels.ReadAuxInProbeInputMode",
+             [(0, ["A"]), (1, ["B"]), (2, ["COMMONMODE"]), (3, ["DIFFERENTIAL"])]),
+            ("KestrionChannelProbeSignalEnum", "IKestrionChannel.ProbeSignal",
+             [(0, ["BYPASS"]), (1, ["PASS"])]),
         ]:
             with self.subTest(key):
                 self.assertEqual(self.tokens(enum, key), rows)
