@@ -23,7 +23,6 @@ struct Call {
 struct Calls {
     std::vector<Call> list;
     ViEvent lastContext = VI_NULL;
-    ViStatus answer = VI_SUCCESS;
 
     [[nodiscard]] std::vector<int> Handlers() const {
         std::vector<int> handlers;
@@ -41,7 +40,7 @@ ViStatus Handle(ViSession session, ViEventType type, ViEvent context, ViAddr use
     EXPECT_EQ(viGetAttribute(context, VI_ATTR_EVENT_TYPE, &typeOfContext), VI_SUCCESS);
     calls.list.push_back({kNumber, session, type, typeOfContext});
     calls.lastContext = context;
-    return calls.answer;
+    return VI_SUCCESS;
 }
 
 class EventTest : public VisaTest {

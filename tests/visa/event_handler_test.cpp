@@ -63,16 +63,6 @@ TEST_F(EventTest, HandlersAreCalledTheLastOneFirst) {
     EXPECT_THAT(calls.Handlers(), ElementsAre(2, 4, 3, 2, 1));
 }
 
-TEST_F(EventTest, HandlerMayKeepTheOthersFromBeingCalled) {
-    Calls calls;
-    calls.answer = VI_SUCCESS_NCHAIN;
-    Install<1>(calls);
-    Install<2>(calls);
-    ASSERT_EQ(Enable(VI_HNDLR), VI_SUCCESS);
-    Request();
-    EXPECT_THAT(calls.Handlers(), ElementsAre(2));
-}
-
 TEST_F(EventTest, QueueAndHandlerBothGetTheEvent) {
     Calls calls;
     Install<1>(calls);
@@ -195,18 +185,6 @@ TEST_F(EventTest, UninstallOfAllHandlersWithAUserHandle) {
     Request();
     EXPECT_TRUE(calls.list.empty());
     EXPECT_THAT(others.Handlers(), ElementsAre(3));
-}
-
-TEST_F(EventTest, UninstallOfTheLastHandlerDisablesHandling) {
-    Calls calls;
-    Install<1>(calls);
-    ASSERT_EQ(Enable(VI_HNDLR), VI_SUCCESS);
-    ASSERT_EQ(viUninstallHandler(session_, kRequest, Handle<1>, &calls), VI_SUCCESS);
-    EXPECT_EQ(Disable(VI_HNDLR), VI_SUCCESS_EVENT_DIS);
-}
-
-TEST_F(EventTest, NoHandlerCannotBeInstalled) {
-    EXPECT_EQ(viInstallHandler(session_, kRequest, VI_ANY_HNDLR, nullptr), VI_ERROR_INV_HNDLR_REF);
 }
 
 }  // namespace visa_provider::testing

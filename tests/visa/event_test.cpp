@@ -138,25 +138,6 @@ TEST_F(EventTest, TriggerAndClearReachTheInstrument) {
     EXPECT_EQ(LastRecord()->clears, 1);
 }
 
-TEST_F(EventTest, QueueHoldsItsLengthAndTellsOfTheRest) {
-    Set(session_, VI_ATTR_MAX_QUEUE_LENGTH, 3);
-    ASSERT_EQ(Enable(VI_QUEUE), VI_SUCCESS);
-    Request(5);
-    EXPECT_EQ(Wait(), VI_WARN_QUEUE_OVERFLOW);
-    EXPECT_EQ(Wait(), VI_SUCCESS_QUEUE_NEMPTY);
-    EXPECT_EQ(Wait(), VI_SUCCESS);
-    EXPECT_EQ(Wait(), VI_ERROR_TMO);
-}
-
-TEST_F(EventTest, QueueHoldsFiftyByDefault) {
-    ASSERT_EQ(Enable(VI_QUEUE), VI_SUCCESS);
-    Request(50);
-    for (int i = 0; i < 49; ++i) {
-        ASSERT_EQ(Wait(), VI_SUCCESS_QUEUE_NEMPTY) << i;
-    }
-    EXPECT_EQ(Wait(), VI_SUCCESS);
-}
-
 TEST_F(EventTest, EnableAndDisableTellWhatWasSo) {
     Calls calls;
     Install<1>(calls);
@@ -199,10 +180,6 @@ TEST_F(EventTest, EventsThatTheInstrumentDoesNotHave) {
     }
     EXPECT_EQ(viInstallHandler(session_, VI_ALL_ENABLED_EVENTS, Handle<1>, nullptr),
               VI_ERROR_INV_EVENT);
-}
-
-TEST_F(EventTest, ContextOfEnableHasToBeZero) {
-    EXPECT_EQ(viEnableEvent(session_, kRequest, VI_QUEUE, 1), VI_ERROR_INV_CONTEXT);
 }
 
 TEST_F(EventTest, DiscardEmptiesTheQueue) {
