@@ -408,6 +408,16 @@ TEST_F(StoreNodeTest, TheFullNameHasTheClassAndTheVirtualName) {
     EXPECT_EQ(root->Instances("KestrionMath")[0]->GetFullName(), "KestrionMath[Math1]");
 }
 
+TEST_F(StoreNodeTest, TheFullNameIsKeptWhenNamesChange) {
+    EXPECT_EQ(third->GetFullName(), "KestrionChannel[Probe]");
+    Session().virtualNames = {{.name = "Other", .mapsTo = "Channel3", .ranges = {}},
+                              {.name = "First", .mapsTo = "Channel1", .ranges = {}}};
+    ASSERT_EQ(root->LoadDriverConfiguration(&Session()), S_OK);
+    EXPECT_EQ(third->GetVirtualName("Channel3"), "Other");
+    EXPECT_EQ(third->GetFullName(), "KestrionChannel[Probe]");
+    EXPECT_EQ(root->Instances("KestrionChannel")[0]->GetFullName(), "KestrionChannel[First]");
+}
+
 class StoreReportTest : public StoreStartUpTest {};
 
 TEST_F(StoreReportTest, TellsWhichStoreAndWhy) {
