@@ -1,5 +1,6 @@
 #include "tables/enum_lookup.h"
 
+#include <atomic>
 #include <cstdint>
 #include <mutex>
 
@@ -12,15 +13,16 @@ constexpr std::string_view kEnding = "Enum";
 }  // namespace
 
 // One enumeration with what has been made of it so far. A failure while making leaves the flag
-// unset, so that the next question tries again.
+// unset, so that the next question tries again; it can't be a once_flag, which a failure leaves
+// stuck where the thread sanitizer stands in for the system's.
 struct EnumLookup::Enumeration {
     struct Table {
-        std::once_flag made;
+        std::atomic<bool> made{false};
         std::unique_ptr<const IEnumConverter> converter;
     };
 
     const EnumData* data = nullptr;
-    std::once_flag indexed;
+    std::atomic<bool> indexed{false};
     HashMap<std::string_view, std::size_t, IgnoreCaseHashTraits> tableOfKey;
     std::unique_ptr<Table[]> tables;
 
@@ -28,7 +30,7 @@ struct EnumLookup::Enumeration {
         if (data->tables.empty()) {
             return nullptr;
         }
-        std::call_once(indexed, [this] { Index(); });
+        MakeOnce(indexed, [this] { Index(); });
         if (memberKey.empty()) {
             return Converter(0);
         }
@@ -37,6 +39,18 @@ struct EnumLookup::Enumeration {
     }
 
   private:
+    template <typename Code>
+    void MakeOnce(std::atomic<bool>& made, Code make) {
+        if (made.load(std::memory_order_acquire)) {
+            return;
+        }
+        const std::lock_guard guard(making_);
+        if (!made.load(std::memory_order_relaxed)) {
+            make();
+            made.store(true, std::memory_order_release);
+        }
+    }
+
     void Index() {
         for (std::size_t i = 0; i < data->tables.size(); ++i) {
             for (const std::string_view key : data->tables[i].memberKeys) {
@@ -48,7 +62,7 @@ struct EnumLookup::Enumeration {
 
     const IEnumConverter* Converter(std::size_t index) {
         Table& table = tables[index];
-        std::call_once(table.made, [&] { table.converter = Make(data->tables[index].rows); });
+        MakeOnce(table.made, [&] { table.converter = Make(data->tables[index].rows); });
         return table.converter.get();
     }
 
@@ -58,6 +72,8 @@ struct EnumLookup::Enumeration {
         }
         return std::make_unique<CEnumCommandConverter<std::int32_t>>(rows);
     }
+
+    std::mutex making_;
 };
 
 EnumLookup::EnumLookup(std::span<const EnumData> enums)
