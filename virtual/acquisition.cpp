@@ -20,7 +20,8 @@ AcquisitionTiming TimingOf(double recordSeconds, std::int64_t acquisitions) {
     return {
         .single = Limited(recordSeconds) + kTriggerLatency,
         .sequence = Limited(recordSeconds * static_cast<double>(acquisitions)) + kTriggerLatency,
-        .acquisitions = static_cast<std::uint64_t>(acquisitions)};
+        .acquisitions = static_cast<std::uint64_t>(acquisitions),
+        .triggered = true};
 }
 
 void Acquisition::StartContinuous(TimePoint now, const AcquisitionTiming& timing) {
@@ -43,8 +44,20 @@ void Acquisition::Stop(TimePoint now) {
     state_ = State::kStopped;
 }
 
+void Acquisition::Force(TimePoint now) {
+    if (!IsWaiting()) {
+        return;
+    }
+    if (state_ == State::kContinuous) {
+        ++completed_;
+        return;
+    }
+    timing_.triggered = true;
+    start_ = now - timing_.sequence;
+}
+
 bool Acquisition::Update(TimePoint now) {
-    if (state_ != State::kSequence || now < start_ + timing_.sequence) {
+    if (state_ != State::kSequence || IsWaiting() || now < start_ + timing_.sequence) {
         return false;
     }
     completed_ = timing_.acquisitions;
@@ -53,13 +66,16 @@ bool Acquisition::Update(TimePoint now) {
 }
 
 std::optional<TimePoint> Acquisition::SequenceEnd() const {
-    if (state_ != State::kSequence) {
+    if (state_ != State::kSequence || IsWaiting()) {
         return std::nullopt;
     }
     return start_ + timing_.sequence;
 }
 
 std::uint64_t Acquisition::Completed(TimePoint now) const {
+    if (IsWaiting()) {
+        return completed_;
+    }
     switch (state_) {
         case State::kContinuous:
             return static_cast<std::uint64_t>((now - start_) / timing_.single);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,7 +31,8 @@ struct Reply {
 struct Call {
     int instance = 0;  // counted from 0: the channel of CH<x>
     bool query = false;
-    bool messageAvailable = false;  // the link's output queue holds something
+    bool messageAvailable = false;            // the link's output queue holds something
+    std::span<const std::string> parameters;  // of a command that takes any, as written
 };
 
 // How a program message unit ended.
@@ -59,29 +61,34 @@ using CheckHook = ScpiError (*)(Oscilloscope&, int instance, const Value&);
 using ThenHook = void (*)(Oscilloscope&, int instance, const Value&);
 // Gives the value of a setting that follows from others.
 using GetHook = Value (*)(Oscilloscope&, int instance);
+// Refuses a command, to set and to ask, that this model does not have for the instance.
+using RefuseHook = ScpiError (*)(const Oscilloscope&, int instance);
 // The whole of an action, or of a query with an answer of its own form.
 using RunHook = Outcome (*)(Oscilloscope&, const Call&);
 
 // The notation: capitals are the short form of a mnemonic, `<x>` is a number, what stands in
 // [brackets] may be left out, {A|B} are two names of one thing, and a closing '?' marks a command
-// that is a query only. CH, MATH and REF count from 1 to 4, POSITION from 1 to 2, D from 0 to 15.
+// that is a query only. `RangeOf` (command_tree.h) says from where to where a number counts.
 struct CommandRow {
     CommandRow(std::string_view name, Spec value) : notation(name), spec(value) {}
 
-    std::string_view notation;
+    std::string notation;
     Spec spec;
     SettingId id = SettingId::kNone;
     bool setOnly = false;
+    bool takesAny = false;  // any number of parameters, which `run` reads
     FamilySet lackedBy = 0;
     std::vector<Value> initials;  // of each instance, where they differ
     CheckHook check = nullptr;
     ThenHook then = nullptr;
     GetHook get = nullptr;
+    RefuseHook refuse = nullptr;
     RunHook run = nullptr;
 
     // Lets other commands ask for the setting by a name.
     CommandRow&& As(SettingId name) && { return id = name, std::move(*this); }
     CommandRow&& SetOnly() && { return setOnly = true, std::move(*this); }
+    CommandRow&& TakesAny() && { return takesAny = true, std::move(*this); }
     CommandRow&& LackedBy(FamilySet families) && { return lackedBy = families, std::move(*this); }
     CommandRow&& Initially(std::vector<Value> values) && {
         return initials = std::move(values), std::move(*this);
@@ -89,6 +96,7 @@ struct CommandRow {
     CommandRow&& Check(CheckHook hook) && { return check = hook, std::move(*this); }
     CommandRow&& Then(ThenHook hook) && { return then = hook, std::move(*this); }
     CommandRow&& Get(GetHook hook) && { return get = hook, std::move(*this); }
+    CommandRow&& Refuse(RefuseHook hook) && { return refuse = hook, std::move(*this); }
     CommandRow&& Run(RunHook hook) && { return run = hook, std::move(*this); }
 
     [[nodiscard]] bool IsQueryOnly() const { return notation.ends_with('?'); }

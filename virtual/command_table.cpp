@@ -9,7 +9,8 @@ namespace {
 std::vector<CommandRow> AllRows() {
     std::vector<CommandRow> all;
     for (auto part : {&CommonCommands, &AcquisitionCommands, &HorizontalCommands, &VerticalCommands,
-                      &TransferCommands, &DisplayCommands}) {
+                      &TriggerCommands, &MathCommands, &MeasurementCommands, &TransferCommands,
+                      &DisplayCommands}) {
         std::vector<CommandRow> rows = part();
         std::move(rows.begin(), rows.end(), std::back_inserter(all));
     }

@@ -13,6 +13,9 @@ namespace virtual_scope {
 [[nodiscard]] std::vector<CommandRow> AcquisitionCommands();
 [[nodiscard]] std::vector<CommandRow> HorizontalCommands();
 [[nodiscard]] std::vector<CommandRow> VerticalCommands();
+[[nodiscard]] std::vector<CommandRow> TriggerCommands();
+[[nodiscard]] std::vector<CommandRow> MathCommands();
+[[nodiscard]] std::vector<CommandRow> MeasurementCommands();
 [[nodiscard]] std::vector<CommandRow> TransferCommands();
 [[nodiscard]] std::vector<CommandRow> DisplayCommands();
 

@@ -1,6 +1,7 @@
 #include "virtual/command_tree.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <stdexcept>
 
@@ -33,10 +34,18 @@ bool IsPerChannel(std::string_view mnemonic) {
 }  // namespace
 
 NumberRange RangeOf(std::string_view longMnemonic) {
-    if (longMnemonic == "D") {
-        return {0, 16};
-    }
-    return {1, longMnemonic == "POSITION" ? 2 : 4};
+    struct Row {
+        std::string_view mnemonic;
+        NumberRange range;
+    };
+    constexpr auto kRanges = std::to_array<Row>({{"D", {0, 16}},
+                                                 {"POSITION", {1, 2}},
+                                                 {"SOURCE", {1, 2}},
+                                                 {"X", {1, 6}},
+                                                 {"Y", {1, 6}},
+                                                 {"MEAS", {1, 8}}});
+    const auto found = std::ranges::find(kRanges, longMnemonic, &Row::mnemonic);
+    return found == kRanges.end() ? NumberRange{1, 4} : found->range;
 }
 
 std::vector<std::string> ExpandNotation(std::string_view notation) {

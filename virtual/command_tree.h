@@ -23,7 +23,8 @@ struct HeaderMatch {
     ScpiError error = ScpiError::kUndefinedHeader;
 };
 
-// Numbers of a mnemonic such as CH<x>.
+// Numbers of a mnemonic such as CH<x>: D from 0 to 15; POSITION and SOURCE from 1 to 2; X and Y,
+// the places of an annotation, from 1 to 6; MEAS from 1 to 8; all others from 1 to 4.
 struct NumberRange {
     int first;
     int count;

@@ -19,14 +19,6 @@ double Place(const Digitiser& digitiser, double volts) {
     return std::min(std::max(level, digitiser.low), digitiser.high) - digitiser.low + 0.5;
 }
 
-std::string BlockHeader(std::int64_t bytes) {
-    const std::string count = std::to_string(bytes);
-    std::string header = "#";
-    header += std::to_string(count.size());
-    header += count;
-    return header;
-}
-
 std::size_t TakeText(std::string_view& text, std::span<std::byte> target) {
     const std::size_t count = std::min(text.size(), target.size());
     std::memcpy(target.data(), text.data(), count);
@@ -58,19 +50,22 @@ void Store(std::span<std::byte> target, std::span<Unsigned> numbers, ByteOrder o
 
 }  // namespace
 
+std::string BlockHeader(std::int64_t bytes) {
+    const std::string count = std::to_string(bytes);
+    std::string header = "#";
+    header += std::to_string(count.size());
+    header += count;
+    return header;
+}
+
 PointMaker::PointMaker(const Record& record, const WaveformSource& source)
-    : length_(record.length), pairs_(record.HoldsPairs()), sampler_(MakeSampler(record, source)) {}
+    : length_(record.length), sampler_(MakeSampler(record, source)) {}
 
 std::span<const double> PointMaker::Block(std::int64_t point, std::int64_t& first) {
     first = point - point % kBlock;
     const std::span volts =
         std::span(volts_).first(static_cast<std::size_t>(std::min(kBlock, length_ - first)));
     sampler_->Sample(first, volts);
-    for (std::size_t i = 0; pairs_ && i + 1 < volts.size(); i += 2) {
-        if (volts[i] > volts[i + 1]) {
-            std::swap(volts[i], volts[i + 1]);
-        }
-    }
     return volts;
 }
 

@@ -17,6 +17,9 @@ struct PointRange {
     std::int64_t count = 0;
 };
 
+// The beginning of a definite length block of that many bytes (IEEE 488.2, 8.7.9): "#41000".
+[[nodiscard]] std::string BlockHeader(std::int64_t bytes);
+
 // Makes the points of one block at a time.
 class PointMaker {
   public:
@@ -29,7 +32,6 @@ class PointMaker {
 
   private:
     std::int64_t length_;
-    bool pairs_;
     SamplerPointer sampler_;
     std::array<double, kBlockPoints> volts_{};
 };

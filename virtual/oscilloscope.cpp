@@ -1,12 +1,42 @@
 #include "virtual/oscilloscope.h"
 
+#include <array>
 #include <utility>
 
 #include "virtual/command_table.h"
+#include "virtual/edge_trigger.h"
+#include "virtual/text.h"
 
 namespace virtual_scope {
+namespace {
+
+int InstanceOf(const HeaderMatch& match) {
+    return match.number < 0 ? 0 : match.number - match.firstNumber;
+}
+
+// The value is a word such as CH3, MATH4 or REF3 for a waveform that the model does not have.
+bool NamesMissingChannel(const Spec& spec, const Value& value, int channels) {
+    const auto* keyword = std::get_if<Keyword>(&spec);
+    if (keyword == nullptr) {
+        return false;
+    }
+    const std::string_view word =
+        Split(keyword->words, '|').at(static_cast<std::size_t>(std::get<std::int64_t>(value)));
+    for (const std::string_view kind : {"CH", "MATH", "REF"}) {
+        const bool numbered = word.size() == kind.size() + 1 && IsDigit(word.back());
+        if (numbered && word.starts_with(kind)) {
+            return word.back() - '0' > channels;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
 Oscilloscope::Oscilloscope(const Model& model, std::function<TimePoint()> clock)
     : model_(model), clock_(std::move(clock)), settings_(TheCommandTable().rows) {
+    references_.fill(InitialReference());
+    SetInitialMath();
     StartAcquisition();
     completedRecord_ = MakeRecord(0);
 }
@@ -50,10 +80,11 @@ ScpiError Oscilloscope::CheckForm(const ProgramUnit& unit, const HeaderMatch& ma
         return ScpiError::kUndefinedHeader;
     }
     const bool takesValue = !unit.query && !std::holds_alternative<NoValue>(row.spec);
-    if (unit.parameters.size() > (takesValue ? 1U : 0U)) {
+    const bool takesAny = !unit.query && row.takesAny;
+    if (!takesAny && unit.parameters.size() > (takesValue ? 1U : 0U)) {
         return ScpiError::kParameterNotAllowed;
     }
-    if (takesValue && unit.parameters.empty()) {
+    if ((takesValue || takesAny) && unit.parameters.empty()) {
         return ScpiError::kMissingParameter;
     }
     if (match.perChannel && match.number > model_.channels) {
@@ -62,17 +93,18 @@ ScpiError Oscilloscope::CheckForm(const ProgramUnit& unit, const HeaderMatch& ma
     if ((row.lackedBy & Families(model_.family)) != 0) {
         return ScpiError::kSettingsConflict;
     }
-    return ScpiError::kNone;
+    return row.refuse == nullptr ? ScpiError::kNone : row.refuse(*this, InstanceOf(match));
 }
 
 Outcome Oscilloscope::Run(const ProgramUnit& unit, const HeaderMatch& match,
                           bool messageAvailable) {
-    const int instance = match.number < 0 ? 0 : match.number - match.firstNumber;
+    const int instance = InstanceOf(match);
     Outcome outcome;
     if (match.row->run != nullptr) {
-        outcome = match.row->run(
-            *this,
-            {.instance = instance, .query = unit.query, .messageAvailable = messageAvailable});
+        outcome = match.row->run(*this, {.instance = instance,
+                                         .query = unit.query,
+                                         .messageAvailable = messageAvailable,
+                                         .parameters = unit.parameters});
     } else if (unit.query) {
         outcome = Ask(match, instance);
     } else {
@@ -95,6 +127,9 @@ Outcome Oscilloscope::Store(const ProgramUnit& unit, const HeaderMatch& match, i
     const CommandRow& row = *match.row;
     Value value;
     ScpiError error = ParseValue(row.spec, unit.parameters.front(), value);
+    if (error == ScpiError::kNone && NamesMissingChannel(row.spec, value, model_.channels)) {
+        error = ScpiError::kHardwareMissing;
+    }
     if (error == ScpiError::kNone && row.check != nullptr) {
         error = row.check(*this, instance, value);
     }
@@ -120,7 +155,7 @@ void Oscilloscope::CatchUp() {
     if (!acquisition_.Update(clock_())) {
         return;
     }
-    completedRecord_ = MakeRecord(earlier_ + CompletedAcquisitions());
+    completedRecord_ = MakeRecord(AcquisitionNumber());
     if (std::exchange(announceCompletion_, false)) {
         status_.SetEvent(kOperationComplete);
     }
@@ -129,7 +164,9 @@ void Oscilloscope::CatchUp() {
 void Oscilloscope::Reset() {
     announceCompletion_ = false;
     settings_.Reset();
+    SetInitialMath();
     StartAcquisition();
+    ResetStatistics();
 }
 
 void Oscilloscope::ClearStatus() {
@@ -161,7 +198,7 @@ void Oscilloscope::StopAcquisition() {
     const bool continuous = !acquisition_.IsSequenceRunning();
     acquisition_.Stop(clock_());
     if (continuous) {
-        completedRecord_ = MakeRecord(earlier_ + CompletedAcquisitions());
+        completedRecord_ = MakeRecord(AcquisitionNumber());
     }
     // A sequence that was broken off is no longer pending.
     if (std::exchange(announceCompletion_, false)) {
@@ -175,26 +212,74 @@ void Oscilloscope::RestartAcquisition() {
     }
 }
 
+void Oscilloscope::ForceTrigger() {
+    const bool waited = acquisition_.IsWaiting();
+    acquisition_.Force(clock_());
+    if (waited && !acquisition_.IsSequenceRunning()) {
+        completedRecord_ = MakeRecord(AcquisitionNumber());
+    }
+    CatchUp();
+}
+
+std::uint64_t Oscilloscope::StatisticsCount() const {
+    return AcquisitionNumber() - statisticsStart_;
+}
+
+void Oscilloscope::ResetStatistics() {
+    statisticsStart_ = AcquisitionNumber();
+}
+
+void Oscilloscope::SetMath(int index, MathPointer definition) {
+    math_.at(static_cast<std::size_t>(index)) = std::move(definition);
+    completedRecord_.math = math_;
+}
+
+void Oscilloscope::SetReference(int index, StoredPointer waveform) {
+    references_.at(static_cast<std::size_t>(index)) = std::move(waveform);
+    completedRecord_.references = references_;
+}
+
+void Oscilloscope::SetInitialMath() {
+    for (int i = 0; i < model_.channels; ++i) {
+        const std::string& text = settings_.String(SettingId::kMathDefinition, i);
+        MathPointer definition;
+        if (ParseMath(text, i, model_.channels, definition) == ScpiError::kNone) {
+            SetMath(i, std::move(definition));
+        }
+    }
+}
+
 std::uint64_t Oscilloscope::CompletedAcquisitions() const {
     return acquisition_.Completed(clock_());
 }
 
 Record Oscilloscope::CurrentRecord() const {
-    if (acquisition_.IsRunning() && !acquisition_.IsSequenceRunning()) {
-        return MakeRecord(earlier_ + CompletedAcquisitions());
+    if (acquisition_.IsRunning() && !acquisition_.IsSequenceRunning() &&
+        !acquisition_.IsWaiting()) {
+        return MakeRecord(AcquisitionNumber());
     }
     return completedRecord_;
 }
 
+std::int64_t Oscilloscope::AcquisitionsOf(AcquisitionMode mode) const {
+    switch (mode) {
+        case AcquisitionMode::kAverage:
+            return settings_.Whole(SettingId::kAverages);
+        case AcquisitionMode::kEnvelope:
+            return settings_.Whole(SettingId::kEnvelopes);
+        default:
+            return 1;
+    }
+}
+
 AcquisitionTiming Oscilloscope::Timing() const {
     const auto mode = static_cast<AcquisitionMode>(settings_.Whole(SettingId::kAcquisitionMode));
-    std::int64_t acquisitions = 1;
-    if (mode == AcquisitionMode::kAverage) {
-        acquisitions = settings_.Whole(SettingId::kAverages);
-    } else if (mode == AcquisitionMode::kEnvelope) {
-        acquisitions = settings_.Whole(SettingId::kEnvelopes);
-    }
-    return TimingOf(kDivisions * settings_.Number(SettingId::kHorizontalScale), acquisitions);
+    const std::int64_t acquisitions = AcquisitionsOf(mode);
+    AcquisitionTiming timing =
+        TimingOf(kDivisions * settings_.Number(SettingId::kHorizontalScale), acquisitions);
+    const bool waits = settings_.IsOn(SettingId::kTriggerMode);
+    timing.triggered = !waits || FindTrigger(MakeRecord(0), EdgeTriggerOf(*this)).has_value();
+    return timing;
 }
 
 Record Oscilloscope::MakeRecord(std::uint64_t acquisition) const {
@@ -202,6 +287,8 @@ Record Oscilloscope::MakeRecord(std::uint64_t acquisition) const {
     record.acquisition = acquisition;
     record.length = settings_.Whole(SettingId::kRecordLength);
     record.mode = static_cast<AcquisitionMode>(settings_.Whole(SettingId::kAcquisitionMode));
+    record.acquisitions = AcquisitionsOf(record.mode);
+    record.dense = settings_.IsOn(SettingId::kDenseAcquisition);
     const auto length = static_cast<double>(record.length);
     record.axis.interval = kDivisions * settings_.Number(SettingId::kHorizontalScale) / length;
     const bool delayed = settings_.IsOn(SettingId::kDelayMode);
@@ -216,6 +303,13 @@ Record Oscilloscope::MakeRecord(std::uint64_t acquisition) const {
             .offset = settings_.Number(SettingId::kChannelOffset, i),
             .coupling = static_cast<Coupling>(settings_.Whole(SettingId::kChannelCoupling, i))};
     }
+    for (std::size_t i = 0; i < record.thresholds.size(); ++i) {
+        record.thresholds[i] = settings_.Number(SettingId::kDigitalThreshold, static_cast<int>(i));
+    }
+    record.math = math_;
+    record.references = references_;
+    record.shift =
+        FindTrigger(record, EdgeTriggerOf(*this)).value_or(UntriggeredShift(acquisition));
     return record;
 }
 

@@ -2,6 +2,7 @@
 // commands.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -52,11 +53,20 @@ class Oscilloscope {
     void StopAcquisition();
     // Begins a running acquisition anew after a change of what is acquired.
     void RestartAcquisition();
+    // Triggers an acquisition that waits.
+    void ForceTrigger();
     [[nodiscard]] std::uint64_t CompletedAcquisitions() const;
+    // Acquisitions since the statistics of the measurements began.
+    [[nodiscard]] std::uint64_t StatisticsCount() const;
+    void ResetStatistics();
 
     // What a transfer delivers now: while acquiring continuously, the newest acquisition with the
     // settings of this moment, otherwise the record of the last acquisition that was completed.
     [[nodiscard]] Record CurrentRecord() const;
+
+    // The definition of a math waveform and the contents of a reference memory, counted from 0.
+    void SetMath(int index, MathPointer definition);
+    void SetReference(int index, StoredPointer waveform);
 
     [[nodiscard]] const Model& model() const { return model_; }
     [[nodiscard]] const Acquisition& acquisition() const { return acquisition_; }
@@ -73,7 +83,13 @@ class Oscilloscope {
     Outcome Store(const ProgramUnit& unit, const HeaderMatch& match, int instance);
     void AddHeader(const HeaderMatch& match, Reply& reply) const;
 
+    void SetInitialMath();
+    // How many a record is made of.
+    [[nodiscard]] std::int64_t AcquisitionsOf(AcquisitionMode mode) const;
     [[nodiscard]] AcquisitionTiming Timing() const;
+    [[nodiscard]] std::uint64_t AcquisitionNumber() const {
+        return earlier_ + CompletedAcquisitions();
+    }
     // A record of the settings of this moment.
     [[nodiscard]] Record MakeRecord(std::uint64_t acquisition) const;
 
@@ -82,8 +98,11 @@ class Oscilloscope {
     Settings settings_;
     Status status_;
     Acquisition acquisition_;
+    std::array<MathPointer, kMaxChannels> math_;
+    std::array<StoredPointer, kMaxChannels> references_;
     Record completedRecord_;     // of the last acquisition that ended
     std::uint64_t earlier_ = 0;  // acquisitions before the last start, so that each has a number
+    std::uint64_t statisticsStart_ = 0;
     bool announceCompletion_ = false;
 };
 

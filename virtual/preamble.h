@@ -16,7 +16,7 @@ struct TransferFormat {
     Encoding encoding = Encoding::kBinary;
     NumberFormat format = NumberFormat::kSigned;
     ByteOrder order = ByteOrder::kMsbFirst;
-    int width = 1;  // bytes for a point: 1, 2 or 4; floats have 4
+    int width = 1;  // bytes for a point: 1, 2 or 4; floats have 4, the counts of a map 8
 };
 
 // A point of `level` stands for (level - offset) * multiplier + zero volts.

@@ -1,71 +1,75 @@
 #include "virtual/record.h"
 
-#include <numeric>
-#include <string_view>
+#include <algorithm>
+
+#include "virtual/signals.h"
 
 namespace virtual_scope {
 namespace {
 
-constexpr double kSineFrequency = 1e3;
-constexpr double kSineAmplitude = 1.0;
-constexpr double kSquareFrequency = 1e4;
-constexpr double kLogicHigh = 3.3;
-constexpr double kBaud = 9600;
-constexpr std::string_view kSerialText = "Kestrion\r\n";
-constexpr double kNoiseAmplitude = 0.2;
-
-// The mean of the serial line's levels, which coupling by a capacitor takes away.
-double SerialMean() {
-    const auto bits = SerialSampler::LineBits(kSerialText);
-    return kLogicHigh * std::accumulate(bits.begin(), bits.end(), 0.0) /
-           static_cast<double>(bits.size());
+SamplerPointer MakeMathSampler(const Record& record, const MathNode& node) {
+    switch (node.kind) {
+        case MathNode::Kind::kNumber:
+            return std::make_unique<ConstantSampler>(node.number);
+        case MathNode::Kind::kChannel:
+            return MakeChannelSampler(record, node.index);
+        case MathNode::Kind::kReference:
+            return std::make_unique<StoredSampler>(
+                record.axis, record.references.at(static_cast<std::size_t>(node.index)));
+        case MathNode::Kind::kMath:
+            return MakeMathSampler(record, *record.math.at(static_cast<std::size_t>(node.index)));
+        case MathNode::Kind::kOperation:
+            break;
+    }
+    return std::make_unique<OperationSampler>(node.operation, MakeMathSampler(record, *node.left),
+                                              MakeMathSampler(record, *node.right));
 }
 
-SamplerPointer MakeChannelSampler(const Record& record, int channel) {
-    const Coupling coupling = record.channels.at(static_cast<std::size_t>(channel)).coupling;
-    if (coupling == Coupling::kGround) {
-        return std::make_unique<ConstantSampler>(0.0);
+SamplerPointer MakePlainSampler(const Record& record, const WaveformSource& source) {
+    const auto index = static_cast<std::size_t>(source.index);
+    switch (source.kind) {
+        case SourceKind::kMath:
+            return MakeMathSampler(record, *record.math.at(index));
+        case SourceKind::kReference:
+            return std::make_unique<StoredSampler>(record.axis, record.references.at(index));
+        case SourceKind::kChannel:
+        case SourceKind::kDigital:  // it has no volts and is read by its words
+            break;
     }
-    const bool blocksMean = coupling != Coupling::kDc;
-    const TimeAxis& axis = record.axis;
-    switch (channel) {
-        case 0:
-            return std::make_unique<SineSampler>(axis, kSineFrequency, kSineAmplitude);
-        case 1: {
-            const double mean = blocksMean ? kLogicHigh / 2 : 0.0;
-            return std::make_unique<SquareSampler>(axis, kSquareFrequency, -mean,
-                                                   kLogicHigh - mean);
-        }
-        case 2: {
-            const double mean = blocksMean ? SerialMean() : 0.0;
-            return std::make_unique<SerialSampler>(axis, kBaud, kSerialText, -mean,
-                                                   kLogicHigh - mean);
-        }
-        default:
-            return std::make_unique<NoiseSampler>(record.acquisition, kNoiseAmplitude);
-    }
+    return MakeChannelSampler(record, source.index);
 }
 
 }  // namespace
 
-Record ReferenceRecord() {
+Record ReferenceRecord(const Record& from, int index) {
+    const auto place = static_cast<std::size_t>(index);
+    const StoredWaveform& stored = *from.references.at(place);
     Record record;
-    record.length = 1000;
-    record.axis = {.zero = 0, .trigger = 500, .interval = 4e-6};
+    record.references = from.references;
+    record.length = static_cast<std::int64_t>(stored.volts.size());
+    record.axis = stored.axis;
+    record.channels.at(place) = {
+        .scale = stored.scale, .position = stored.position, .offset = stored.offset};
     return record;
 }
 
 SamplerPointer MakeSampler(const Record& record, const WaveformSource& source) {
-    switch (source.kind) {
-        case SourceKind::kChannel:
-            return MakeChannelSampler(record, source.index);
-        case SourceKind::kMath:
-            return std::make_unique<DifferenceSampler>(MakeChannelSampler(record, 0),
-                                                       MakeChannelSampler(record, 1));
-        case SourceKind::kReference:
-            break;
+    if (!record.HoldsPairs()) {
+        return MakePlainSampler(record, source);
     }
-    return MakeChannelSampler(record, 0);
+    Record fine = record;
+    fine.axis.interval /= static_cast<double>(kFinePoints);
+    fine.axis.trigger *= kFinePoints;
+    std::int64_t depth = 1;
+    if (record.mode == AcquisitionMode::kEnvelope) {
+        depth = std::min(record.acquisitions, kEnvelopeDepth);
+    }
+    std::vector<SamplerPointer> samplers;
+    for (std::int64_t i = 0; i < depth; ++i) {
+        fine.acquisition = record.acquisition - static_cast<std::uint64_t>(i);
+        samplers.push_back(MakePlainSampler(fine, source));
+    }
+    return std::make_unique<ExtremeSampler>(std::move(samplers));
 }
 
 }  // namespace virtual_scope

@@ -110,15 +110,52 @@ void NoiseSampler::Sample(std::int64_t first, std::span<double> volts) const {
     }
 }
 
-DifferenceSampler::DifferenceSampler(SamplerPointer minuend, SamplerPointer subtrahend)
-    : minuend_(std::move(minuend)), subtrahend_(std::move(subtrahend)) {}
+OperationSampler::OperationSampler(char operation, SamplerPointer left, SamplerPointer right)
+    : operation_(operation), left_(std::move(left)), right_(std::move(right)) {}
 
-void DifferenceSampler::Sample(std::int64_t first, std::span<double> volts) const {
+void OperationSampler::Sample(std::int64_t first, std::span<double> volts) const {
     std::array<double, kBlockPoints> other;
-    minuend_->Sample(first, volts);
-    subtrahend_->Sample(first, std::span(other).first(volts.size()));
+    left_->Sample(first, volts);
+    right_->Sample(first, std::span(other).first(volts.size()));
     for (std::size_t i = 0; i < volts.size(); ++i) {
-        volts[i] -= other[i];
+        switch (operation_) {
+            case '+':
+                volts[i] += other[i];
+                break;
+            case '-':
+                volts[i] -= other[i];
+                break;
+            case '*':
+                volts[i] *= other[i];
+                break;
+            default:
+                volts[i] = other[i] == 0 ? 0.0 : volts[i] / other[i];
+                break;
+        }
+    }
+}
+
+void ExtremeSampler::Sample(std::int64_t first, std::span<double> volts) const {
+    constexpr auto kFine = static_cast<std::size_t>(kFinePoints);
+    constexpr std::size_t kPointsOfBlock = kBlockPoints / kFine;
+    std::array<double, kBlockPoints> fine;
+    for (std::size_t done = 0; done < volts.size(); done += kPointsOfBlock) {
+        const std::span part = volts.subspan(done, std::min(kPointsOfBlock, volts.size() - done));
+        const std::span finePart = std::span(fine).first(part.size() * kFine);
+        const std::int64_t fineFirst = (first + static_cast<std::int64_t>(done)) * kFinePoints;
+        for (std::size_t sampler = 0; sampler < fine_.size(); ++sampler) {
+            fine_[sampler]->Sample(fineFirst, finePart);
+            // A last point without its pair stands for itself.
+            for (std::size_t i = 0; i < part.size(); i += 2) {
+                const std::size_t points = std::min<std::size_t>(2, part.size() - i);
+                const auto [least, greatest] =
+                    std::ranges::minmax(finePart.subspan(i * kFine, points * kFine));
+                part[i] = sampler == 0 ? least : std::min(part[i], least);
+                if (points == 2) {
+                    part[i + 1] = sampler == 0 ? greatest : std::max(part[i + 1], greatest);
+                }
+            }
+        }
     }
 }
 

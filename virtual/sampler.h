@@ -7,6 +7,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "virtual/time_axis.h"
@@ -98,15 +99,31 @@ class NoiseSampler final : public Sampler {
     double amplitude_;
 };
 
-// One signal less another.
-class DifferenceSampler final : public Sampler {
+// Two signals, point by point: left + right, and likewise with - * /. A quotient whose divisor is 0
+// is 0.
+class OperationSampler final : public Sampler {
   public:
-    DifferenceSampler(SamplerPointer minuend, SamplerPointer subtrahend);
+    OperationSampler(char operation, SamplerPointer left, SamplerPointer right);
     void Sample(std::int64_t first, std::span<double> volts) const override;
 
   private:
-    SamplerPointer minuend_;
-    SamplerPointer subtrahend_;
+    char operation_;
+    SamplerPointer left_;
+    SamplerPointer right_;
+};
+
+// The finer points that lie in the time of one point, where extremes are looked for.
+inline constexpr std::int64_t kFinePoints = 4;
+
+// Pairs of the least and the greatest value that the signals have in the time of a pair, of the
+// finer points of each of them.
+class ExtremeSampler final : public Sampler {
+  public:
+    explicit ExtremeSampler(std::vector<SamplerPointer> fine) : fine_(std::move(fine)) {}
+    void Sample(std::int64_t first, std::span<double> volts) const override;
+
+  private:
+    std::vector<SamplerPointer> fine_;
 };
 
 }  // namespace virtual_scope

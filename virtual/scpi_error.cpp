@@ -24,6 +24,10 @@ std::string_view ErrorText(ScpiError error) {
             return "Header suffix out of range";
         case ScpiError::kInvalidStringData:
             return "Invalid string data";
+        case ScpiError::kInvalidBlockData:
+            return "Invalid block data";
+        case ScpiError::kInvalidExpression:
+            return "Invalid expression";
         case ScpiError::kSettingsConflict:
             return "Settings conflict";
         case ScpiError::kDataOutOfRange:

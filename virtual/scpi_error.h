@@ -17,6 +17,8 @@ enum class ScpiError : int {
     kUndefinedHeader = -113,
     kSuffixOutOfRange = -114,
     kInvalidStringData = -151,
+    kInvalidBlockData = -161,
+    kInvalidExpression = -171,
     kSettingsConflict = -221,
     kDataOutOfRange = -222,
     kIllegalParameterValue = -224,

@@ -52,6 +52,10 @@ double Settings::Number(SettingId id, int instance) const {
     return std::get<double>(Get(RowOf(id), instance));
 }
 
+const std::string& Settings::String(SettingId id, int instance) const {
+    return std::get<std::string>(Get(RowOf(id), instance));
+}
+
 bool Settings::IsOn(SettingId id, int instance) const {
     return Whole(id, instance) != 0;
 }

@@ -31,6 +31,7 @@ class Settings {
 
     [[nodiscard]] std::int64_t Whole(SettingId id, int instance = 0) const;
     [[nodiscard]] double Number(SettingId id, int instance = 0) const;
+    [[nodiscard]] const std::string& String(SettingId id, int instance = 0) const;
     [[nodiscard]] bool IsOn(SettingId id, int instance = 0) const;
     void Set(SettingId id, int instance, Value value);
 

@@ -85,6 +85,9 @@ std::string FormatReal(double value) {
     if (value == 0) {
         return "0.0000";
     }
+    if (value == 9.91e37) {  // SCPI, volume 1, 7.2.1.5
+        return "9.91E+37";
+    }
     std::array<char, 32> buffer{};
     const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
                                             std::abs(value), std::chars_format::scientific);

@@ -40,7 +40,8 @@ namespace virtual_scope {
 [[nodiscard]] std::string Quote(std::string_view text);
 
 // Engineering notation: an exponent of a multiple of three, at least four decimals and as many more
-// as it takes to read the same number back: 50.0000, 400.0000E-6, 1.0000E+6.
+// as it takes to read the same number back: 50.0000, 400.0000E-6, 1.0000E+6. The number that stands
+// for none has its own form, 9.91E+37.
 [[nodiscard]] std::string FormatReal(double value);
 
 }  // namespace virtual_scope

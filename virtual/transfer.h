@@ -13,9 +13,13 @@ struct Transfer {
     Record record;
     TransferFormat format;
     PointRange range;
+    bool map = false;  // counts of the places of the screen instead of points
 
     // The vertical scale of the source, in the words of the preamble.
     [[nodiscard]] VerticalScale Scale() const {
+        if (source.kind == SourceKind::kDigital) {
+            return {};
+        }
         return ScaleOf(record.channels.at(static_cast<std::size_t>(source.index)), format);
     }
 };

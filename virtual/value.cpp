@@ -9,9 +9,21 @@
 namespace virtual_scope {
 namespace {
 
-std::size_t ShortLength(std::string_view mnemonic) {
+// `SOUrce1` in its parts: its short form is SOU1.
+struct Mnemonic {
+    std::string_view letters;
+    std::size_t shortLength;  // of the letters
+    std::string_view digits;  // that every form ends in
+};
+
+Mnemonic PartsOf(std::string_view mnemonic) {
     const auto lower = std::ranges::find_if(mnemonic, [](char c) { return c >= 'a' && c <= 'z'; });
-    return static_cast<std::size_t>(lower - mnemonic.begin());
+    const auto shortLength = static_cast<std::size_t>(lower - mnemonic.begin());
+    std::size_t end = mnemonic.size();
+    while (end > shortLength && IsDigit(mnemonic[end - 1])) {
+        --end;
+    }
+    return {mnemonic.substr(0, end), shortLength, mnemonic.substr(end)};
 }
 
 bool IsWord(std::string_view parameter) {
@@ -131,16 +143,23 @@ struct Initial {
 }  // namespace
 
 bool MatchesMnemonic(std::string_view mnemonic, std::string_view word) {
-    if (mnemonic.empty() || word.size() > mnemonic.size() || word.size() < ShortLength(mnemonic)) {
+    const auto [letters, shortLength, digits] = PartsOf(mnemonic);
+    if (mnemonic.empty() || !word.ends_with(digits)) {
+        return false;
+    }
+    word.remove_suffix(digits.size());
+    if (word.size() > letters.size() || word.size() < shortLength) {
         return false;
     }
     return std::ranges::equal(
-        word, mnemonic.substr(0, word.size()), {}, [](char c) { return ToUpper(c); },
+        word, letters.substr(0, word.size()), {}, [](char c) { return ToUpper(c); },
         [](char c) { return ToUpper(c); });
 }
 
 std::string FormatMnemonic(std::string_view mnemonic, bool verbose) {
-    return ToUpper(verbose ? mnemonic : mnemonic.substr(0, ShortLength(mnemonic)));
+    const Mnemonic parts = PartsOf(mnemonic);
+    return verbose ? ToUpper(mnemonic)
+                   : ToUpper(mnemonic.substr(0, parts.shortLength)) + std::string(parts.digits);
 }
 
 Value InitialValue(const Spec& spec) {

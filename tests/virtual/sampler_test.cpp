@@ -108,11 +108,25 @@ TEST(Noise, StaysWithinItsAmplitudeAroundZero) {
     EXPECT_NEAR(sum / 51'200, 0, 0.002);
 }
 
-TEST(Difference, SubtractsPointByPoint) {
-    const DifferenceSampler difference(std::make_unique<ConstantSampler>(1.0),
+TEST(Operation, GoesPointByPoint) {
+    const struct {
+        char operation;
+        double expected;
+    } kCases[] = {{'+', 4.5}, {'-', -2.5}, {'*', 3.5}, {'/', 2.0 / 7.0}};
+    for (const auto& [operation, expected] : kCases) {
+        const OperationSampler sampler(operation, std::make_unique<ConstantSampler>(1.0),
                                        std::make_unique<ConstantSampler>(3.5));
-    for (const double volts : Points(difference, 0)) {
-        EXPECT_EQ(volts, -2.5);
+        for (const double volts : Points(sampler, 0)) {
+            EXPECT_EQ(volts, expected) << operation;
+        }
+    }
+}
+
+TEST(Operation, AQuotientOfNothingIsNothing) {
+    const OperationSampler sampler('/', std::make_unique<ConstantSampler>(1.0),
+                                   std::make_unique<ConstantSampler>(0.0));
+    for (const double volts : Points(sampler, 0)) {
+        EXPECT_EQ(volts, 0.0);
     }
 }
 

@@ -2,23 +2,17 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
+#include <vector>
 
 #include "tests/virtual/bench.h"
+#include "tests/virtual/entries.h"
 #include "virtual/command_table.h"
 
 namespace virtual_scope {
 namespace {
 
-struct Entry {
-    const char* notation;
-    const char* header;   // to ask and to set with
-    const char* initial;  // the answer after power-on; null for what can't be asked
-    const char* value;    // another legal value; null for what can't be set
-    const char* answer;   // the answer after setting it; null for what can't be asked
-    const char* model = "PL7254C";
-};
-
-const Entry kEntries[] = {
+const std::vector<Entry> kEntries = {
     {"*IDN?", "*IDN", "KESTRION,PL7254C,V000001,1.0.0", nullptr, nullptr},
     {"*RST", "*RST", nullptr, "", nullptr},
     {"*CLS", "*CLS", nullptr, "", nullptr},
@@ -158,7 +152,9 @@ const Entry kEntries[] = {
     {"WFMInpre:YZEro", "WFMINPRE:YZERO", "0.0000", "0.5", "500.0000E-3"},
     {"WFMInpre:YUNit", "WFMINPRE:YUNIT", "\"V\"", "'A'", "\"A\""},
     // A quarter of the sine's period after the trigger: 50 levels, which is the digit 2.
-    {"CURVe?", "DATA:START 5626;STOP 5626;:CURVE", "#112", nullptr, nullptr},
+    {"CURVe", "DATA:START 5626;STOP 5626;:CURVE", "#112", "#11a", "#112"},
+
+    {"MATH<x>:DEFine", "MATH2:DEFINE", "\"CH1+CH2\"", "'2*MATH1'", "\"2*MATH1\""},
 
     {"ZOOm:MODe", "ZOOM:MODE", "0", "1", "1"},
     {"ZOOm:CH<x>:HORizontal:POSition", "ZOOM:CH2:HORIZONTAL:POSITION", "50.0000", "25", "25.0000"},
@@ -173,17 +169,25 @@ const Entry kEntries[] = {
     {"CURSor:VBArs:POSition<x>", "CURSOR:VBARS:POSITION2", "0.0000", "1E-3", "1.0000E-3"},
 };
 
+std::vector<Entry> AllEntries() {
+    std::vector<Entry> all = kEntries;
+    for (const std::vector<Entry>& more : {TriggerEntries(), MeasurementEntries()}) {
+        all.insert(all.end(), more.begin(), more.end());
+    }
+    return all;
+}
+
 class TableEntry : public testing::TestWithParam<Entry> {};
 
 TEST_P(TableEntry, KeepsWhatIsSet) {
     const Entry& entry = GetParam();
     BareBench bench(entry.model);
-    const std::string query = std::string(entry.header) + "?";
+    const std::string query = entry.header + "?";
     if (entry.initial != nullptr) {
         EXPECT_EQ(bench.Query(query), entry.initial) << entry.notation;
     }
     if (entry.value != nullptr) {
-        bench.Write(std::string(entry.header) + ' ' + entry.value);
+        bench.Write(entry.header + ' ' + entry.value);
         if (entry.answer != nullptr) {
             EXPECT_EQ(bench.Query(query), entry.answer) << entry.notation;
         }
@@ -191,14 +195,14 @@ TEST_P(TableEntry, KeepsWhatIsSet) {
     EXPECT_EQ(bench.Error(), kNoError) << entry.notation;
 }
 
-INSTANTIATE_TEST_SUITE_P(All, TableEntry, testing::ValuesIn(kEntries));
+INSTANTIATE_TEST_SUITE_P(All, TableEntry, testing::ValuesIn(AllEntries()));
 
 TEST(CommandTable, EveryLineIsInTheListOfThisTest) {
-    std::set<std::string_view> listed;
-    for (const Entry& entry : kEntries) {
+    std::set<std::string> listed;
+    for (const Entry& entry : AllEntries()) {
         EXPECT_TRUE(listed.insert(entry.notation).second) << entry.notation << " is listed twice";
     }
-    std::set<std::string_view> rows;
+    std::set<std::string> rows;
     for (const CommandRow& row : TheCommandTable().rows) {
         rows.insert(row.notation);
     }

@@ -81,7 +81,7 @@ std::vector<CommandRow> AcquisitionCommands() {
             .Get(EnhancedState)
             .LackedBy(kOlderFamilies),
         CommandRow("AUTOSet", Keyword{"EXECute"}).SetOnly().Then(AutoSet),
-        CommandRow("DENSEACQ:STATE", Flag{}),
+        CommandRow("DENSEACQ:STATE", Flag{}).As(kDenseAcquisition).Then(Restart),
     };
 }
 

@@ -1,6 +1,7 @@
 // HORizontal: the time base. The record always lasts ten divisions, so that of record length, scale
 // and sample rate the third follows from the other two.
 #include "virtual/command_table.h"
+#include "virtual/commands/families.h"
 #include "virtual/oscilloscope.h"
 #include "virtual/record.h"
 
@@ -63,8 +64,9 @@ std::vector<CommandRow> HorizontalCommands() {
         CommandRow("HORizontal[:MAIn]:DELay:MODe", Flag{}).As(kDelayMode).Then(Restart),
         CommandRow("HORizontal[:MAIn]:DELay:TIMe", Real{-1e6, 1e6, 0}).As(kDelayTime).Then(Restart),
         CommandRow("HORizontal[:MAIn]:DELay:POSition", kPercent).As(kDelayPosition).Then(Restart),
-        CommandRow("HORizontal:MODE", Keyword{"AUTO|CONStant|MANual"}),
-        CommandRow("HORizontal:MODE:AUTO:LIMITrecordlen", Integer{1000, 100'000'000, 100'000'000}),
+        CommandRow("HORizontal:MODE", Keyword{"AUTO|CONStant|MANual"}).LackedBy(kOlderFamilies),
+        CommandRow("HORizontal:MODE:AUTO:LIMITrecordlen", Integer{1000, 100'000'000, 100'000'000})
+            .LackedBy(kOlderFamilies),
         CommandRow("HORizontal:DIVisions?", Integer{10, 10, 10}),
         CommandRow("HORizontal[:MAIn]:UNIts[:STRing]", Text{"s", 10}),
         CommandRow("HORizontal:ROLL", Keyword{"AUTO|OFF|ON"}),

@@ -1,17 +1,24 @@
 // DATa, WFMOutpre, WFMInpre and CURVe: waveforms on their way to a computer.
 #include "virtual/transfer.h"
 
+#include <span>
 #include <string>
+#include <utility>
 
 #include "virtual/command_table.h"
+#include "virtual/digital.h"
 #include "virtual/oscilloscope.h"
+#include "virtual/pixel_map.h"
 #include "virtual/text.h"
+#include "virtual/upload.h"
 
 namespace virtual_scope {
 namespace {
 
 constexpr std::string_view kDataEncodings =
     "ASCIi|FAStest|RIBinary|RPBinary|FPBinary|SRIbinary|SRPbinary|SFPbinary";
+constexpr std::string_view kDataSourceWords =
+    "CH1|CH2|CH3|CH4|MATH1|MATH2|MATH3|MATH4|REF1|REF2|REF3|REF4|DIGitalall";
 constexpr Keyword kEncoding = {"ASCii|BINary", 1};
 constexpr Keyword kFormat = {"RI|RP|FP"};
 constexpr Keyword kOrder = {"MSB|LSB"};
@@ -21,11 +28,6 @@ constexpr Real kAnyReal = {-1e30, 1e30, 0};
 
 // In the order of `kDataEncodings`.
 enum class DataEncoding { kAscii, kFastest, kRi, kRp, kFp, kSri, kSrp, kSfp };
-
-ScpiError CheckSource(Oscilloscope& scope, int /*instance*/, const Value& value) {
-    const auto index = static_cast<int>(std::get<std::int64_t>(value) % kMaxChannels);
-    return index < scope.model().channels ? ScpiError::kNone : ScpiError::kHardwareMissing;
-}
 
 ScpiError CheckWidth(Oscilloscope& /*scope*/, int /*instance*/, const Value& value) {
     return std::get<std::int64_t>(value) == 3 ? ScpiError::kIllegalParameterValue
@@ -105,24 +107,51 @@ Value Description(Oscilloscope& scope, int /*instance*/) {
     const auto source = static_cast<std::size_t>(scope.settings().Whole(SettingId::kDataSource));
     const double duration =
         static_cast<double>(transfer.record.length) * transfer.record.axis.interval;
-    return std::string(Split(kSourceWords, '|').at(source)) + ", " + FormatReal(duration) + " s, " +
+    const std::string_view word = Split(kDataSourceWords, '|').at(source);
+    return ToUpper(word) + ", " + FormatReal(duration) + " s, " +
            std::to_string(transfer.record.length) + " points";
 }
 
-Outcome Curve(Oscilloscope& scope, const Call& /*call*/) {
+std::unique_ptr<ByteSource> MakeCurve(const Oscilloscope& scope, const Transfer& transfer) {
+    if (transfer.map) {
+        return std::make_unique<MapCurve>(
+            MakeMap(transfer.record, transfer.source.index, MapSizeOf(scope.model().family)),
+            transfer.format.order);
+    }
+    if (transfer.source.kind == SourceKind::kDigital) {
+        return std::make_unique<DigitalCurve>(transfer.record, transfer.format, transfer.range);
+    }
+    if (transfer.format.encoding == Encoding::kAscii) {
+        return std::make_unique<AsciiCurve>(transfer.record, transfer.source, transfer.format,
+                                            transfer.range);
+    }
+    return std::make_unique<BinaryCurve>(transfer.record, transfer.source, transfer.format,
+                                         transfer.range);
+}
+
+Outcome SendCurve(const Oscilloscope& scope) {
     const Transfer transfer = CurrentTransfer(scope);
     if (!IsSourceSelected(scope, transfer.source)) {
         return ScpiError::kSettingsConflict;
     }
     Outcome outcome = Outcome::Answer("");
-    if (transfer.format.encoding == Encoding::kAscii) {
-        outcome.reply->source = std::make_unique<AsciiCurve>(transfer.record, transfer.source,
-                                                             transfer.format, transfer.range);
-    } else {
-        outcome.reply->source = std::make_unique<BinaryCurve>(transfer.record, transfer.source,
-                                                              transfer.format, transfer.range);
-    }
+    outcome.reply->source = MakeCurve(scope, transfer);
     return outcome;
+}
+
+// Points for the reference memory that DATa:DESTination names.
+Outcome ReceiveCurve(Oscilloscope& scope, std::span<const std::string> parameters) {
+    StoredPointer waveform;
+    const ScpiError error = ReadUpload(UploadFormatOf(scope.settings()), parameters, waveform);
+    if (error == ScpiError::kNone) {
+        const auto index = static_cast<int>(scope.settings().Whole(SettingId::kDataDestination));
+        scope.SetReference(index, std::move(waveform));
+    }
+    return error;
+}
+
+Outcome Curve(Oscilloscope& scope, const Call& call) {
+    return call.query ? SendCurve(scope) : ReceiveCurve(scope, call.parameters);
 }
 
 }  // namespace
@@ -130,8 +159,8 @@ Outcome Curve(Oscilloscope& scope, const Call& /*call*/) {
 std::vector<CommandRow> TransferCommands() {
     using enum SettingId;
     return {
-        CommandRow("DATa:SOUrce", Keyword{kSourceWords}).As(kDataSource).Check(CheckSource),
-        CommandRow("DATa:DESTination", Keyword{"REF1|REF2|REF3|REF4"}).Check(CheckSource),
+        CommandRow("DATa:SOUrce", Keyword{kDataSourceWords}).As(kDataSource),
+        CommandRow("DATa:DESTination", Keyword{"REF1|REF2|REF3|REF4"}).As(kDataDestination),
         CommandRow("DATa:STARt", kPoint).As(kDataStart),
         CommandRow("DATa:STOP", Integer{1, INT32_MAX, 10000}).As(kDataStop),
         CommandRow("DATa:ENCdg", Keyword{kDataEncodings})
@@ -153,20 +182,20 @@ std::vector<CommandRow> TransferCommands() {
         CommandRow("WFMOutpre:YUNit?", Text{"V"}),
         CommandRow("WFMOutpre:WFId?", Text{}).Get(Description),
         CommandRow("WFMInpre:ENCdg", kEncoding),
-        CommandRow("WFMInpre:BN_Fmt", kFormat),
-        CommandRow("WFMInpre:BYT_Or", kOrder),
-        CommandRow("WFMInpre:BYT_Nr", kWidth).Check(CheckWidth),
-        CommandRow("WFMInpre:NR_Pt", Integer{1, INT32_MAX, 1000}),
+        CommandRow("WFMInpre:BN_Fmt", kFormat).As(kInputFormat),
+        CommandRow("WFMInpre:BYT_Or", kOrder).As(kInputOrder),
+        CommandRow("WFMInpre:BYT_Nr", kWidth).As(kInputWidth).Check(CheckWidth),
+        CommandRow("WFMInpre:NR_Pt", Integer{1, INT32_MAX, 1000}).As(kInputPoints),
         CommandRow("WFMInpre:PT_Fmt", Keyword{"Y|ENV"}),
-        CommandRow("WFMInpre:PT_Off", Integer{INT32_MIN, INT32_MAX, 0}),
-        CommandRow("WFMInpre:XINcr", Real{1e-30, 1e30, 4e-6}),
-        CommandRow("WFMInpre:XZEro", kAnyReal),
+        CommandRow("WFMInpre:PT_Off", Integer{INT32_MIN, INT32_MAX, 0}).As(kInputTrigger),
+        CommandRow("WFMInpre:XINcr", Real{1e-30, 1e30, 4e-6}).As(kInputInterval),
+        CommandRow("WFMInpre:XZEro", kAnyReal).As(kInputTimeZero),
         CommandRow("WFMInpre:XUNit", Text{"s", 10}),
-        CommandRow("WFMInpre:YMUlt", Real{-1e30, 1e30, 1}),
-        CommandRow("WFMInpre:YOFf", kAnyReal),
-        CommandRow("WFMInpre:YZEro", kAnyReal),
+        CommandRow("WFMInpre:YMUlt", Real{-1e30, 1e30, 1}).As(kInputMultiplier),
+        CommandRow("WFMInpre:YOFf", kAnyReal).As(kInputOffset),
+        CommandRow("WFMInpre:YZEro", kAnyReal).As(kInputZero),
         CommandRow("WFMInpre:YUNit", Text{"V", 10}),
-        CommandRow("CURVe?", NoValue{}).Run(Curve),
+        CommandRow("CURVe", NoValue{}).TakesAny().Run(Curve),
     };
 }
 

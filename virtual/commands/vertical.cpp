@@ -106,13 +106,13 @@ std::vector<CommandRow> VerticalCommands() {
         CommandRow("AUXin:PROBe:INPUTMode:BOFFSet", kProbeOffset),
         CommandRow("D<x>:POSition", Real{-8, 8, 0}),
         CommandRow("D<x>:LABel", Text{"", 32}),
-        CommandRow("D<x>:THREshold", Real{-10, 10, 1.4}),
+        CommandRow("D<x>:THREshold", Real{-10, 10, 1.4}).As(kDigitalThreshold),
         CommandRow("SELect:CH<x>", Flag{})
             .As(kSelectChannel)
             .Initially({std::int64_t{1}, std::int64_t{0}, std::int64_t{0}, std::int64_t{0}}),
         CommandRow("SELect:MATH<x>", Flag{}).As(kSelectMath),
         CommandRow("SELect:REF<x>", Flag{}).As(kSelectReference),
-        CommandRow("SELect:D<x>", Flag{}),
+        CommandRow("SELect:D<x>", Flag{}).As(kSelectDigital),
     };
 }
 
