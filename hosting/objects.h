@@ -7,9 +7,13 @@
 #include "core/driver.h"
 #include "core/node.h"
 #include "generated/objects/KestrionChannelFaces.h"
+#include "generated/objects/KestrionDigitalChannelFaces.h"
+#include "generated/objects/KestrionMeasurementSlotFaces.h"
 #include "generated/objects/RootFaces.h"
 #include "kestrion/interfaces/IKestrion.h"
 #include "kestrion/interfaces/IKestrionChannel.h"
+#include "kestrion/interfaces/IKestrionDigitalChannel.h"
+#include "kestrion/interfaces/IKestrionMeasurement.h"
 
 namespace kestrion {
 
@@ -44,6 +48,8 @@ class RepCapObject final : public CRepCap {
 };
 
 using KestrionChannel = RepCapObject<KestrionChannelFaces, IKestrionChannel>;
+using KestrionDigitalChannel = RepCapObject<KestrionDigitalChannelFaces, IKestrionDigitalChannel>;
+using KestrionMeasurementSlot = RepCapObject<KestrionMeasurementSlotFaces, IKestrionMeasurement>;
 
 // Makes an instance of the class; one without interfaces for a class that has none yet.
 [[nodiscard]] std::unique_ptr<CRepCap> MakeRepCap(CDriver& root, std::string_view className,

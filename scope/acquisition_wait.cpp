@@ -7,7 +7,8 @@
 
 namespace kestrion {
 
-ServiceRequestWait::ServiceRequestWait(MemberCall& call) : call_(call) {}
+ServiceRequestWait::ServiceRequestWait(MemberCall& call, const WaitRules& rules)
+    : call_(call), rules_(rules) {}
 
 void ServiceRequestWait::Enable() {
     auto& session = call_.Session();
@@ -23,13 +24,18 @@ void ServiceRequestWait::Disable() {
 
 AcquisitionOutcome ServiceRequestWait::Acquire(LONG maxTime) {
     VARIANT_BOOL single = VARIANT_FALSE;
-    if (Failed(call_.As<IKestrionAcquisition>().get_SingleSequence(&single))) {
+    // The root's: the member may be a channel's.
+    auto& acquisition = *call_.Driver().Face<IKestrionAcquisition>();
+    if (Failed(acquisition.get_SingleSequence(&single))) {
         // Nothing is started; what the instrument has is transferred.
         (void)SetErrorInfo(0, nullptr);
         return AcquisitionOutcome::kReady;
     }
     if (single == VARIANT_FALSE) {
         (void)call_.Write("ACQUIRE:STATE 1");
+        if (rules_.pauseWhileRunning.count() > 0) {
+            call_.Driver().SystemTime().Sleep(rules_.pauseWhileRunning);
+        }
         return AcquisitionOutcome::kReady;
     }
     StepSequence start(call_);
@@ -47,15 +53,16 @@ bool ServiceRequestWait::WaitForRequest(LONG maxTime) {
     const visa::ViSession instrument = session.GetInstrumentSession();
     visa::ViEventType type = 0;
     visa::ViEvent context = 0;
-    // Warnings count as well: only a plain success says that the request came.
-    if (functions.viWaitOnEvent(instrument, visa::kEventServiceRequest,
-                                static_cast<visa::ViUInt32>(maxTime), &type, &context) != 0) {
+    const visa::ViStatus status =
+        functions.viWaitOnEvent(instrument, visa::kEventServiceRequest,
+                                static_cast<visa::ViUInt32>(maxTime), &type, &context);
+    if (status < 0 || (rules_.warningsAreTimeouts && status != 0)) {
         return false;
     }
     (void)functions.viClose(context);
     // The poll clears the request; the byte says nothing new.
-    visa::ViUInt16 status = 0;
-    (void)functions.viReadSTB(instrument, &status);
+    visa::ViUInt16 statusByte = 0;
+    (void)functions.viReadSTB(instrument, &statusByte);
     return true;
 }
 

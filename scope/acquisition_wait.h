@@ -1,6 +1,8 @@
 // Waiting for an acquisition by service request.
 #pragma once
 
+#include <chrono>
+
 #include "core/member_call.h"
 
 namespace kestrion {
@@ -11,11 +13,19 @@ enum class AcquisitionOutcome {
     kTimedOut,  // the time was used up, or the link can't tell
 };
 
+// How members that wait differ.
+struct WaitRules {
+    // A wait that ends with a warning counts as a time-out, as one that fails does.
+    bool warningsAreTimeouts = true;
+    // How long an acquisition that isn't awaited runs before what it has is taken.
+    std::chrono::milliseconds pauseWhileRunning{0};
+};
+
 // The service-request event of the connection. It stays enabled unless Disable is called: a member
 // that ends early leaves it so, and the next one finds it enabled.
 class ServiceRequestWait {
   public:
-    explicit ServiceRequestWait(MemberCall& call);
+    explicit ServiceRequestWait(MemberCall& call, const WaitRules& rules = {});
 
     // Before anything else that can fail. A link without service requests isn't an error here: the
     // wait ends at once then.
@@ -30,6 +40,7 @@ class ServiceRequestWait {
     [[nodiscard]] bool WaitForRequest(LONG maxTime);
 
     MemberCall& call_;
+    WaitRules rules_;
 };
 
 }  // namespace kestrion

@@ -4,6 +4,8 @@
 
 #include "core/member_call.h"
 #include "generated/hooks/IKestrionChannel.h"
+#include "kestrion/platform/error_info.h"
+#include "scope/formatted_query.h"
 
 namespace kestrion::hooks::IKestrionChannel {
 namespace {
@@ -22,6 +24,31 @@ constexpr std::array<std::string_view, 6> kNoFullBandwidthFamilies = {
     "Lark Series", "LarkB Series", "Ibis Series", "IbisB Series", "IbisC Series", "Crake Series"};
 
 }  // namespace
+
+HRESULT Configure(MemberCall& call, double, double, double, double, KestrionChannelCouplingEnum,
+                  KestrionChannelTerminationEnum, KestrionChannelBandwidthEnum Bandwidth,
+                  VARIANT_BOOL) {
+    if (call.Node().Number() > 2 && call.InstrumentHasTwoChannels()) {
+        return call.Errors().ReportDetail(message::kChannelRefused, "Configure");
+    }
+    const bool refused =
+        Bandwidth == KestrionChannelBandwidthOnefifty ||
+        (Bandwidth == KestrionChannelBandwidthTwofifty && call.InstrumentInFamily("Heron Series"));
+    return refused ? call.Errors().ReportValueNotSupported("Configure", "Channel")
+                   : call.SendCommand();
+}
+
+HRESULT Read(MemberCall& call, double* Position, double* Scale, double* Offset, double* Deskew,
+             KestrionChannelCouplingEnum* Coupling, KestrionChannelTerminationEnum* Termination,
+             double* Bandwidth, VARIANT_BOOL* DisplayState) {
+    // What can't be read of the settings stays zero; the display state decides.
+    if (Failed(call.QueryFormatted(kKeepTimeout, Position, Scale, Offset, Deskew, Coupling,
+                                   Termination, Bandwidth))) {
+        (void)SetErrorInfo(0, nullptr);
+    }
+    return QueryByFormat(call, ":SELECT:CH%d?", "%{VARIANT_BOOL}[^;]", call.Node().Number(),
+                         DisplayState);
+}
 
 HRESULT put_BandwidthEnum(MemberCall& call, KestrionChannelBandwidthEnum val) {
     std::span<const BandwidthName> refused;

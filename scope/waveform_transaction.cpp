@@ -8,6 +8,7 @@
 
 #include "kestrion/interfaces/IKestrionAcquisition.h"
 #include "kestrion/platform/error_info.h"
+#include "scope/source_kind.h"
 
 namespace kestrion {
 namespace {
@@ -56,9 +57,7 @@ bool WaveformTransaction::HideHeader() {
 }
 
 bool WaveformTransaction::SourceIsAbsent() {
-    constexpr std::array kAbsent = {KestrionSourceCh3,   KestrionSourceCh4,  KestrionSourceMath3,
-                                    KestrionSourceMath4, KestrionSourceRef3, KestrionSourceRef4};
-    return std::ranges::find(kAbsent, source_) != kAbsent.end() && call_.InstrumentHasTwoChannels();
+    return IsAbsentOnTwoChannels(source_) && call_.InstrumentHasTwoChannels();
 }
 
 bool WaveformTransaction::CheckSource() {

@@ -148,9 +148,34 @@ class Members(ErrorCase):
         self.assert_errors(BASE, "bool Check", "bool Where",
                            "core/base.toml:7: IBase.Open has two parameters 'Where'")
 
-    def test_property_with_arguments(self) -> None:
+    def test_property_with_empty_arguments(self) -> None:
         self.assert_errors(LAMP, 'Key = { type = "long"', 'Key = { args = [], type = "long"',
-                           "lamps/lamp.toml:19: ILamp.Key is a property: 'args' is for methods")
+                           "lamps/lamp.toml:19: ILamp.Key: a property without 'args' leaves them"
+                           " out")
+
+    def test_property_with_an_argument_that_comes_out(self) -> None:
+        self.assert_errors(LAMP, 'Key = { type = "long"',
+                           'Key = { args = ["out long Row"], type = "long"',
+                           "lamps/lamp.toml:19: ILamp.Key: the 'args' of a property are what tells"
+                           " its values apart, and nothing comes out of them")
+
+    def test_property_with_arguments_that_the_template_lacks(self) -> None:
+        self.assert_errors(LAMP, 'Key = { type = "long"',
+                           'Key = { args = ["long Row"], type = "long"',
+                           "lamps/lamp.toml:19: ILamp.put_Key: 'KEY %d' writes 1 values, and there"
+                           " are 2")
+
+    def test_mapped_property_with_arguments(self) -> None:
+        self.change(LAMP, 'Power = { type = "double", map = "ILamp.Power"',
+                    'Power = { type = "double", args = ["long Row"], map = "ILamp.Power"')
+        self.assertIn("model/lamps/lamp.toml:30: IClassLamp.Power: a property with 'args' has no"
+                      " 'map'", self.errors())
+
+    def test_reference_with_arguments(self) -> None:
+        self.assert_errors(BASE, 'Alien = { type = "IAlien"',
+                           'Alien = { args = ["long Row"], type = "IAlien"',
+                           "core/base.toml:8: IBase.Alien: a reference to an interface has no"
+                           " 'args'")
 
     def test_member_that_is_neither_property_nor_method(self) -> None:
         self.assert_errors(LAMP, 'type = "long", set = "KEY %d", ', "",
@@ -237,10 +262,16 @@ class Members(ErrorCase):
                            " %{LampMode}s' writes 3 values, and there are 2",
                            "lamps/lamp.toml:10: ILamp.Configure: 'order' leaves out 'Count'")
 
-    def test_order_that_names_a_parameter_twice(self) -> None:
-        self.change(LAMP, 'order = ["Power", "Count", "Mode"]',
-                    'order = ["Power", "Count", "Mode", "Mode"]')
-        self.assertIn("model/lamps/lamp.toml:10: ILamp.Configure: 'order' names 'Mode' twice",
+    def test_order_that_names_a_parameter_once_too_often(self) -> None:
+        self.assert_errors(LAMP, 'order = ["Power", "Count", "Mode"]',
+                           'order = ["Power", "Count", "Mode", "Mode"]',
+                           "lamps/lamp.toml:10: ILamp.Configure: 'POWER %0.15lg;COUNT %d;MODE"
+                           " %{LampMode}s' writes 3 values, and there are 4")
+
+    def test_order_that_reads_a_parameter_twice(self) -> None:
+        self.change(LAMP, 'reply = "%lg;%{LampMode}[^;]"',
+                    'reply = "%lg;%lg;%{LampMode}[^;]", order = ["Power", "Power", "Mode"]')
+        self.assertIn("model/lamps/lamp.toml:11: ILamp.ReadAll: 'order' names 'Power' twice",
                       self.errors())
 
     def test_simulated_method(self) -> None:

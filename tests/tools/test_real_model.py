@@ -146,6 +146,7 @@ class PublishedInterfaces(RealModel):
             "IIviScope": "47ed524c",
             "IIviScopeAcquisition": "47ed524d", "IIviScopeChannels": "47ed524e",
             "IIviScopeReferenceLevel": "47ed5250", "IIviScopeMeasurements": "47ed5251",
+            "IIviScopeChannel": "47ed524f", "IIviScopeMeasurement": "47ed5252",
             "IIviScopeTrigger": "47ed5253",
         }.items():
             with self.subTest(name):
@@ -171,6 +172,13 @@ class PublishedInterfaces(RealModel):
                 "ConfigureRecord Interpolation NumberOfAverages NumberOfEnvelopes"
                 " NumberOfPointsMin RecordLength SampleMode SampleRate StartTime TimePerRecord"
                 " Type",
+            "IIviScopeChannels": "Count Item Name",
+            "IIviScopeChannel":
+                "Configure ConfigureCharacteristics Coupling Enabled InputFrequencyMax"
+                " InputImpedance Offset ProbeAttenuation ProbeSense Range",
+            "IIviScopeMeasurements": "Abort AutoSetup Count Initiate Item Name Status",
+            "IIviScopeMeasurement": "FetchWaveformMeasurement ReadWaveformMeasurement",
+            "IIviScopeReferenceLevel": "Configure High Low Mid",
         }.items():
             with self.subTest(name):
                 self.assertEqual(self.members(name), members.split())
@@ -186,7 +194,8 @@ class PublishedInterfaces(RealModel):
 
     def test_only_the_class_is_simulated(self) -> None:
         simulated = {entry.interface for entry in self.entries.values() if entry.simulated}
-        self.assertEqual(simulated, {"IIviScopeAcquisition"})
+        self.assertEqual(simulated, {"IIviScopeAcquisition", "IIviScopeChannel",
+                                     "IIviScopeReferenceLevel"})
 
     def test_members_that_need_no_connection(self) -> None:
         free = sorted(name for name, entry in self.entries.items() if not entry.needs_connection)
@@ -340,7 +349,9 @@ class InstrumentInterfaces(RealModel):
                 writes = [templates[f"put_{member}"][0].split(" ")[0]] \
                     if f"put_{member}" in templates else []
                 self.assertEqual(writes, [path] if "w" in access else [])
-        self.assertEqual(len(self.members("IKestrionChannel")), 29)
+        self.assertEqual(len(self.members("IKestrionChannel")), 29 + len([
+            "Configure", "ConfigureLabel", "Read", "ReadProbeDetails", "ConfigureProbeInputMode",
+            "ReadProbeInputMode"]))
 
     def test_every_hook(self) -> None:
         hooks: dict[str, list[str]] = {}
@@ -357,9 +368,17 @@ class InstrumentInterfaces(RealModel):
             "IIviScopeAcquisition": ["ConfigureRecord", "get_Interpolation", "put_Interpolation",
                                      "get_SampleMode", "get_StartTime", "get_TimePerRecord",
                                      "put_TimePerRecord", "get_Type"],
+            "IIviScopeChannel": ["Configure", "get_Range", "put_Range"],
+            "IIviScopeMeasurement": ["FetchWaveformMeasurement", "ReadWaveformMeasurement"],
+            "IIviScopeMeasurements": ["Abort", "AutoSetup", "Initiate", "Status"],
             "IKestrionAcquisition": ["SetWfmDBMode", "put_Mode"],
-            "IKestrionChannel": ["put_BandwidthEnum", "put_WaveLength"],
+            "IKestrionChannel": ["Configure", "Read", "put_BandwidthEnum", "put_WaveLength"],
             "IKestrionHorizontal": ["get_Duration"],
+            "IKestrionMeasurement": ["Configure", "ReadValue"],
+            "IKestrionMeasurementImmediate": ["Configure", "ReadValue", "ReadReferenceLevel",
+                                              "put_Type"],
+            "IKestrionMeasurements": ["put_Gating", "put_Method"],
+            "IKestrionReferenceLevel": ["Read"],
             "IKestrionWaveformTransfer": ["FetchWaveform", "ReadWaveform"],
         })
 
@@ -387,6 +406,14 @@ class Tokens(RealModel):
              [(0, ["AC"]), (1, ["DC"]), (2, ["GND"]), (3, ["DCREJECT"])]),
             ("KestrionChannelTerminationEnum", "IKestrionChannel.Termination",
              [(0, ["50.0000"]), (1, ["1.0000E+6"])]),
+            ("KestrionChannelTerminationEnum", "IKestrionChannel.Configure",
+             [(0, ["50"]), (1, ["1MEG"])]),
+            ("KestrionChannelTerminationEnum", "IKestrionChannel.Read",
+             [(0, ["50.0000"]), (1, ["1MEG"])]),
+            ("VARIANT_BOOL", "IIviScopeChannel.Configure",
+             [(1, ["1, ON"]), (-1, ["1, ON"]), (0, ["0, OFF"])]),
+            ("KestrionMeasurementEdgeEnum", "IKestrionMeasurementImmediate.Read",
+             [(0, ["FALL"]), (1, ["RISE"])]),
             ("KestrionChannelEnhancedBandwidthEnum", "IKestrionChannel.EnhancedBandwidth",
              [(0, ["OFF"]), (1, ["AUTO"])]),
             ("KestrionChannelEnhancedBandwidthEnum", "IKestrionChannel.BandWidthEnhancedState",

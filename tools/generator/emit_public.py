@@ -43,7 +43,7 @@ def _doc(entries: list[Entry]) -> str:
     text = entries[0].doc
     for entry in entries[:1] if agree else entries:
         if entry.refused:
-            how = "" if agree else {"get": "read ", "put": "written "}[entry.shape]
+            how = "" if agree else {"get": "read ", "put": "written "}[entry.name[:3]]
             text += f" Not {how}on the models of the {', '.join(entry.refused)}."
     return text
 

@@ -100,11 +100,11 @@ class _Member:
         if "collection" in self._keys:
             return self._collection()
         if "type" in self._keys:
-            if "args" in self._keys:
-                self._error("args", f"{self._title} is a property: 'args' is for methods")
             value = self._type(self._keys["type"], "type")
             if value is None:
                 return []
+            if "args" in self._keys:
+                return self._indexed_property(value)
             return self._reference(value) if value.kind == "interface" else self._property(value)
         if "args" in self._keys or "hook" in self._keys or "set" in self._keys:
             return self._method()
@@ -215,6 +215,29 @@ class _Member:
             entries.append(self._setter(value, hook in ("put", "both")))
         return [entry for entry in entries if entry is not None]
 
+    def _indexed_property(self, value: ValueType) -> list[Entry]:
+        """A property of which there are several: its entries take what tells them apart, and are
+        called as methods are."""
+        self._forbid("a property with 'args'", "map", "simulated", "order")
+        if value.kind == "interface":
+            self._error("args", f"{self._title}: a reference to an interface has no 'args'")
+            return []
+        if not self._keys["args"]:
+            self._error("args", f"{self._title}: a property without 'args' leaves them out")
+            return []
+        index = self._arguments()
+        if any(parameter.direction != "in" for parameter in index):
+            self._error("args", f"{self._title}: the 'args' of a property are what tells its values"
+                        " apart, and nothing comes out of them")
+            return []
+        entries = self._property(value)
+        for entry in entries:
+            entry.simulated = False
+            entry.shape = "method"
+            entry.parameters = [*index, *entry.parameters]
+            entry.order = [parameter.name for parameter in entry.parameters]
+        return entries
+
     def _default_access(self, hook: str) -> str:
         if "path" in self._keys or "map" in self._keys:
             return "rw"
@@ -295,7 +318,8 @@ class _Member:
             if name not in names:
                 self._error("order", f"{self._title} has no parameter '{name}'"
                             f"{nearest(name, names)}")
-            elif order.count(name) > 1:
+            elif order.count(name) > 1 and entry.parameter(name).direction != "in":
+                # A value may be written more than once; it is read into one place.
                 self._error("order", f"{self._title}: 'order' names '{name}' twice")
         for name in names:
             if name not in order and not entry.has_hook:

@@ -1,0 +1,18 @@
+// What can be told of a source by its number.
+#pragma once
+
+#include <algorithm>
+#include <array>
+
+#include "kestrion/enums/KestrionSourceEnum.h"
+
+namespace kestrion {
+
+// True for the third and the fourth of each kind, which a two-channel model lacks.
+[[nodiscard]] constexpr bool IsAbsentOnTwoChannels(KestrionSourceEnum source) {
+    constexpr std::array kAbsent = {KestrionSourceCh3,   KestrionSourceCh4,  KestrionSourceMath3,
+                                    KestrionSourceMath4, KestrionSourceRef3, KestrionSourceRef4};
+    return std::ranges::find(kAbsent, source) != kAbsent.end();
+}
+
+}  // namespace kestrion
