@@ -10,31 +10,6 @@ namespace {
 
 constexpr std::chrono::milliseconds kPollInterval{5};
 
-void PrepareInstrument(ScopeClient& client, const CaptureArguments& arguments) {
-    for (const Source source : arguments.sources) {
-        if (!client.IsOn(source)) {
-            client.TurnOn(source);
-        }
-    }
-    if (arguments.points) {
-        client.SetRecordLength(*arguments.points);
-    }
-}
-
-// Starts a single acquisition and polls until it has stopped.
-void AcquireByPolling(ScopeClient& client, std::chrono::milliseconds maxTime,
-                      const Timing& timing) {
-    client.StartSingleSequence();
-    const auto deadline = timing.now() + maxTime;
-    while (client.IsAcquiring()) {
-        if (timing.now() >= deadline) {
-            throw Failure(fmt::format("No complete acquisition within {} ms.", maxTime.count()),
-                          "The trigger may never have come. Give more time by --max-time.");
-        }
-        timing.sleep(kPollInterval);
-    }
-}
-
 // The driver takes a transfer that broke off behind its data for a success and leaves zeros where
 // the scale should be: numbers that look like a record and are none.
 Waveform Complete(Waveform waveform) {
@@ -54,13 +29,37 @@ void FetchInto(Waveforms& waveforms, ScopeClient& client, Source source,
 
 }  // namespace
 
+void TurnOnSources(ScopeClient& client, const std::vector<Source>& sources) {
+    for (const Source source : sources) {
+        if (!client.IsOn(source)) {
+            client.TurnOn(source);
+        }
+    }
+}
+
+void AcquireByPolling(ScopeClient& client, std::chrono::milliseconds maxTime,
+                      const Timing& timing) {
+    client.StartSingleSequence();
+    const auto deadline = timing.now() + maxTime;
+    while (client.IsAcquiring()) {
+        if (timing.now() >= deadline) {
+            throw Failure(fmt::format("No complete acquisition within {} ms.", maxTime.count()),
+                          "The trigger may never have come. Give more time by --max-time.");
+        }
+        timing.sleep(kPollInterval);
+    }
+}
+
 bool LacksServiceRequest(std::string_view resource) {
     return ToUpper(TrimBlanks(resource)).ends_with("::SOCKET");
 }
 
 Waveforms Acquire(ScopeClient& client, const CaptureArguments& arguments, const Timing& timing,
                   const PhaseListener& beginPhase) {
-    PrepareInstrument(client, arguments);
+    TurnOnSources(client, arguments.sources);
+    if (arguments.points) {
+        client.SetRecordLength(*arguments.points);
+    }
     Waveforms waveforms;
     std::size_t next = 0;
     if (!arguments.asIs) {

@@ -1,6 +1,7 @@
 // Gets waveforms from an instrument.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <string_view>
 
@@ -17,6 +18,13 @@ using PhaseListener = std::function<void(std::string_view phase)>;
 // True for links that carry bytes only: there the instrument can't ask for service, and the end of
 // an acquisition is found by polling.
 [[nodiscard]] bool LacksServiceRequest(std::string_view resource);
+
+// Switches on those that are off.
+void TurnOnSources(ScopeClient& client, const std::vector<Source>& sources);
+
+// Starts a single acquisition and polls until it has stopped; throws Failure when it doesn't within
+// `maxTime`.
+void AcquireByPolling(ScopeClient& client, std::chrono::milliseconds maxTime, const Timing& timing);
 
 // Switches on the sources that are off, sets the record length if one is asked for, makes a single
 // acquisition (unless the record is wanted as it is) and fetches every source. One record for each

@@ -21,6 +21,7 @@ constexpr std::int32_t kMostMilliseconds = std::numeric_limits<std::int32_t>::ma
 constexpr const char* kMainFooter = R"(Examples:
   kestrion info
   kestrion capture --source CH1,CH2 --points 10000 --csv run.csv --svg run.svg
+  kestrion measure --source CH1 --type frequency,rise
   kestrion --resource TCPIP::192.168.0.20::INSTR scpi "*IDN?"
   kestrion models
 
@@ -45,6 +46,22 @@ Examples:
   kestrion capture --source CH1,CH2 --points 100000 --csv run.csv
   kestrion capture --source CH1,MATH1 --svg run.svg --title "Supply ripple"
   kestrion capture --as-is --npy run.npy --resource TCPIP::192.168.0.20::INSTR
+
+'kestrion --help' lists --resource, --options and --timeout.)";
+
+constexpr const char* kMeasureFooter =
+    R"(The instrument measures, after one new acquisition. Sources are CH1 to CH4, MATH1 to
+MATH4 and REF1 to REF4. One that is off is switched on. Measurements are frequency,
+period, pk2pk, amplitude, maximum, minimum, mean, rms, rise, fall and pduty, which are
+made where none is named, and high, low, pwidth, nwidth, nduty, povershoot, novershoot,
+cmean, crms, area, carea and burst. One that the signal doesn't have is "none", or null
+with --json.
+
+Examples:
+  kestrion measure
+  kestrion measure --source CH1,CH2 --type frequency,rise,fall
+  kestrion measure --all --json
+  kestrion measure --as-is --resource TCPIP::192.168.0.20::INSTR
 
 'kestrion --help' lists --resource, --options and --timeout.)";
 
@@ -91,6 +108,7 @@ class CommandLine {
         AddConnectionOptions();
         AddInfo();
         AddCapture();
+        AddMeasure();
         AddScpi();
         AddModels();
     }
@@ -174,6 +192,26 @@ class CommandLine {
         capture_->add_flag("--no-plot", noPlot_, "No plot in the terminal");
     }
 
+    void AddMeasure() {
+        measure_ =
+            AddCommand("measure", "Have the instrument measure its waveforms", kMeasureFooter);
+        measure_->add_option("--source", sourceLists_, "Sources, split by commas (CH1)")
+            ->allow_extra_args(false)
+            ->type_name("NAME[,NAME]");
+        auto* types = measure_->add_option("--type", typeLists_, "Measurements, split by commas")
+                          ->allow_extra_args(false)
+                          ->type_name("NAME[,NAME]");
+        measure_->add_flag("--all", all_, "Every measurement")->excludes(types);
+        measure_->add_flag("--as-is", measureArguments_.asIs,
+                           "Measure the record that the instrument holds");
+        measure_
+            ->add_option("--max-time", measureArguments_.maxTimeMilliseconds,
+                         "Longest wait for the acquisition, in milliseconds (10000)")
+            ->check(CLI::Range(std::int32_t{1}, kMostMilliseconds).description(""))
+            ->type_name("MS");
+        measure_->add_flag("--json", measureArguments_.json, "Print JSON for other programs");
+    }
+
     void AddScpi() {
         scpi_ = AddCommand("scpi", "Send commands in the instrument's own language", kScpiFooter);
         scpi_
@@ -247,6 +285,9 @@ class CommandLine {
         if (capture_->parsed()) {
             return CaptureResult();
         }
+        if (measure_->parsed()) {
+            return MeasureResult();
+        }
         if (scpi_->parsed()) {
             return ScpiResult();
         }
@@ -264,13 +305,30 @@ class CommandLine {
     [[nodiscard]] CaptureArguments CaptureResult() {
         captureArguments_.connection = connection_;
         captureArguments_.plot = !noPlot_;
-        std::string list;
-        for (const std::string& part : sourceLists_) {
-            list += (list.empty() ? "" : ",") + part;
-        }
-        captureArguments_.sources = ParseSources(sourceLists_.empty() ? "CH1" : list);
+        captureArguments_.sources = Sources();
         CheckFiles();
         return captureArguments_;
+    }
+
+    [[nodiscard]] std::vector<Source> Sources() const {
+        return ParseSources(sourceLists_.empty() ? "CH1" : Joined(sourceLists_));
+    }
+
+    // An option that is given several times is one list.
+    [[nodiscard]] static std::string Joined(const std::vector<std::string>& lists) {
+        return fmt::format("{}", fmt::join(lists, ","));
+    }
+
+    [[nodiscard]] MeasureArguments MeasureResult() {
+        measureArguments_.connection = connection_;
+        measureArguments_.sources = Sources();
+        if (all_) {
+            measureArguments_.measurements = AllMeasurements();
+        } else {
+            measureArguments_.measurements =
+                typeLists_.empty() ? UsualMeasurements() : ParseMeasurements(Joined(typeLists_));
+        }
+        return measureArguments_;
     }
 
     void CheckFiles() const {
@@ -308,19 +366,24 @@ class CommandLine {
         return scpiArguments_;
     }
 
-    inline static const std::vector<std::string> kCommands{"info", "capture", "scpi", "models"};
+    inline static const std::vector<std::string> kCommands{"info", "capture", "measure", "scpi",
+                                                           "models"};
 
     CLI::App app_;
     CLI::App* info_ = nullptr;
     CLI::App* capture_ = nullptr;
+    CLI::App* measure_ = nullptr;
     CLI::App* scpi_ = nullptr;
     CLI::App* models_ = nullptr;
     CLI::Option* points_ = nullptr;
     ConnectionArguments connection_;
     CaptureArguments captureArguments_;
+    MeasureArguments measureArguments_;
     ScpiArguments scpiArguments_;
     ModelsArguments modelsArguments_;
     std::vector<std::string> sourceLists_;
+    std::vector<std::string> typeLists_;
+    bool all_ = false;
     bool single_ = false;
     bool noPlot_ = false;
     bool write_ = false;

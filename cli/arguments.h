@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "cli/measurement.h"
 #include "cli/source.h"
 
 namespace kestrion::cli {
@@ -41,6 +42,17 @@ struct CaptureArguments {
     bool plot = true;
 };
 
+struct MeasureArguments {
+    ConnectionArguments connection;
+    std::vector<Source> sources;
+    std::vector<Measurement> measurements;
+    // Measure what the instrument holds in place of a new acquisition.
+    bool asIs = false;
+    std::int32_t maxTimeMilliseconds = 10000;
+    // For other programs.
+    bool json = false;
+};
+
 enum class ScpiMode { kByQuestionMark, kWrite, kQuery };
 
 struct ScpiArguments {
@@ -61,8 +73,8 @@ struct ShowText {
     std::string text;
 };
 
-using Arguments =
-    std::variant<InfoArguments, CaptureArguments, ScpiArguments, ModelsArguments, ShowText>;
+using Arguments = std::variant<InfoArguments, CaptureArguments, MeasureArguments, ScpiArguments,
+                               ModelsArguments, ShowText>;
 
 // `arguments` is the command line without the program's name. Throws Failure with kExitUsage, whose
 // text says what is wrong and what would be legal.

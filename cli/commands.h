@@ -13,6 +13,8 @@ namespace kestrion::cli {
 [[nodiscard]] std::string RunInfo(const InfoArguments& arguments, const Environment& environment);
 [[nodiscard]] std::string RunCapture(const CaptureArguments& arguments,
                                      const Environment& environment);
+[[nodiscard]] std::string RunMeasure(const MeasureArguments& arguments,
+                                     const Environment& environment);
 [[nodiscard]] std::string RunScpi(const ScpiArguments& arguments, const Environment& environment);
 [[nodiscard]] std::string RunModels(const ModelsArguments& arguments,
                                     const Environment& environment);

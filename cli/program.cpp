@@ -22,6 +22,9 @@ class Dispatcher {
     std::string operator()(const CaptureArguments& arguments) const {
         return RunCapture(arguments, environment_);
     }
+    std::string operator()(const MeasureArguments& arguments) const {
+        return RunMeasure(arguments, environment_);
+    }
     std::string operator()(const ScpiArguments& arguments) const {
         return RunScpi(arguments, environment_);
     }

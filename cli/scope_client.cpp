@@ -64,6 +64,15 @@ int Number(Object& object, HRESULT (Base::*getter)(LONG*)) {
     return value;
 }
 
+// The instrument answers with a string literal.
+std::string Unquoted(std::string_view literal) {
+    std::string_view text = TrimBlanks(literal);
+    if (text.size() >= 2 && text.front() == '"' && text.back() == '"') {
+        text = text.substr(1, text.size() - 2);
+    }
+    return std::string(text);
+}
+
 KestrionSourceEnum SourceValue(Source source) {
     constexpr int kSourcesOfAKind = 4;
     return static_cast<KestrionSourceEnum>(static_cast<int>(source.kind) * kSourcesOfAKind +
@@ -191,6 +200,17 @@ class DriverClient : public ScopeClient {
         Check(Transfer()->ReadWaveform(SourceValue(source), maxTimeMilliseconds,
                                        record.points.Out(), &record.initialX, &record.xIncrement));
         return MakeWaveform(source, std::move(record));
+    }
+
+    MeasuredValue Measure(Source source, const Measurement& what) override {
+        const auto immediate = Child(*Child(*scope_, &IKestrion::get_Measurements),
+                                     &IKestrionMeasurements::get_Immediate);
+        Check(immediate->Configure(SourceValue(source),
+                                   static_cast<KestrionMeasurementTypeEnum>(what.type)));
+        double value = 0;
+        Check(immediate->get_Value(&value));
+        const std::string units = Text(*immediate, &IKestrionMeasurementImmediate::get_Units);
+        return {ValueOrNone(value), Unquoted(units)};
     }
 
     void Write(const std::string& command) override {

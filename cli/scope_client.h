@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/measurement.h"
 #include "cli/source.h"
 #include "cli/waveform.h"
 
@@ -94,6 +95,9 @@ class ScopeClient {
     [[nodiscard]] virtual Waveform Fetch(Source source) = 0;
     // Starts an acquisition, waits for its end by service request, and fetches.
     [[nodiscard]] virtual Waveform Read(Source source, std::int32_t maxTimeMilliseconds) = 0;
+
+    // Measures the record that the instrument holds for `source`.
+    [[nodiscard]] virtual MeasuredValue Measure(Source source, const Measurement& what) = 0;
 
     // One command line or query in the instrument's own language.
     virtual void Write(const std::string& command) = 0;

@@ -3,6 +3,7 @@
 #include "cli/ascii.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
+#include "cli/instrument_hint.h"
 
 namespace kestrion::cli {
 namespace {
@@ -14,29 +15,15 @@ bool IsQuery(const std::string& command, ScpiMode mode) {
     return mode == ScpiMode::kQuery;
 }
 
-std::string ErrorText(const InstrumentError& error) {
-    return fmt::format("{}, {}", error.code, error.text);
-}
-
-// What the instrument itself has to say about a query that failed. That it can't be asked either
-// is no news.
-std::string HintFromInstrument(ScopeClient& client) {
-    try {
-        const InstrumentError error = client.NextError();
-        if (error.code != 0) {
-            return fmt::format("The instrument's error queue says: {}", ErrorText(error));
-        }
-    } catch (const Failure&) {
-    }
-    return "Does the instrument know this query? --timeout gives it more time to answer.";
-}
-
 std::string Query(ScopeClient& client, const std::string& command) {
     try {
         return std::string(TrimBlanks(client.Query(command))) + "\n";
     } catch (const Failure& failure) {
         throw Failure(fmt::format("{}\nCommand = {}", failure.what(), command),
-                      HintFromInstrument(client), failure.ExitCode());
+                      HintFromInstrument(client,
+                                         "Does the instrument know this query? --timeout "
+                                         "gives it more time to answer."),
+                      failure.ExitCode());
     }
 }
 

@@ -74,6 +74,35 @@ TEST(Arguments, CommonOptionsWorkBeforeAndAfterTheCommand) {
     EXPECT_EQ(ParseAs<CaptureArguments>({"capture", "--resource", "B"}).connection.resource, "B");
 }
 
+TEST(Arguments, DefaultsOfMeasure) {
+    const auto measure = ParseAs<MeasureArguments>({"measure"});
+    EXPECT_EQ(measure.connection.resource, "VIRTUAL::PL7254C::INSTR");
+    EXPECT_THAT(measure.sources, ElementsAre(Source{SourceKind::kChannel, 1}));
+    EXPECT_EQ(measure.measurements.size(), 11U);
+    EXPECT_EQ(measure.measurements.front().name, "frequency");
+    EXPECT_EQ(measure.measurements.back().name, "pduty");
+    EXPECT_FALSE(measure.asIs);
+    EXPECT_EQ(measure.maxTimeMilliseconds, 10000);
+    EXPECT_FALSE(measure.json);
+}
+
+TEST(Arguments, EveryOptionOfMeasure) {
+    const auto measure = ParseAs<MeasureArguments>(
+        {"measure", "--source", "MATH2", "--source", "ref3", "--type", "Rise, fall", "--type",
+         "RMS", "--as-is", "--max-time", "70", "--json", "--resource", "A"});
+    EXPECT_EQ(measure.connection.resource, "A");
+    EXPECT_THAT(measure.sources,
+                ElementsAre(Source{SourceKind::kMath, 2}, Source{SourceKind::kReference, 3}));
+    ASSERT_EQ(measure.measurements.size(), 3U);
+    EXPECT_EQ(measure.measurements[0].name, "rise");
+    EXPECT_EQ(measure.measurements[1].name, "fall");
+    EXPECT_EQ(measure.measurements[2].name, "rms");
+    EXPECT_TRUE(measure.asIs);
+    EXPECT_EQ(measure.maxTimeMilliseconds, 70);
+    EXPECT_TRUE(measure.json);
+    EXPECT_EQ(ParseAs<MeasureArguments>({"measure", "--all"}).measurements.size(), 23U);
+}
+
 TEST(Arguments, ScpiAsksForTheIdentityByDefault) {
     EXPECT_THAT(ParseAs<ScpiArguments>({"scpi"}).commands, ElementsAre("*IDN?"));
 }
@@ -97,14 +126,14 @@ TEST(Arguments, ModelsCanBePlain) {
 TEST(Arguments, VersionAndHelp) {
     EXPECT_EQ(ParseAs<ShowText>({"--version"}).text, "kestrion 3.9.0\n");
     const std::string help = ParseAs<ShowText>({"--help"}).text;
-    for (const char* part : {"info", "capture", "scpi", "models", "--resource", "--options",
-                             "--timeout", "Examples:"}) {
+    for (const char* part : {"info", "capture", "measure", "scpi", "models", "--resource",
+                             "--options", "--timeout", "Examples:"}) {
         EXPECT_THAT(help, HasSubstr(part));
     }
 }
 
 TEST(Arguments, EveryCommandHasHelpWithExamples) {
-    for (const char* command : {"info", "capture", "scpi", "models"}) {
+    for (const char* command : {"info", "capture", "measure", "scpi", "models"}) {
         const std::string help = ParseAs<ShowText>({command, "--help"}).text;
         EXPECT_THAT(help, HasSubstr("Examples:\n  kestrion " + std::string(command)));
     }
@@ -119,14 +148,15 @@ TEST(ArgumentErrors, NoCommand) {
     const Failure failure = UsageError({});
     EXPECT_STREQ(failure.what(), "A command is missing.");
     EXPECT_EQ(failure.Hint(),
-              "Legal commands are info, capture, scpi and models; 'kestrion --help' tells more.");
+              "Legal commands are info, capture, measure, scpi and models; 'kestrion --help' tells "
+              "more.");
 }
 
 TEST(ArgumentErrors, UnknownCommand) {
     const Failure failure = UsageError({"captrue"});
     EXPECT_STREQ(failure.what(), "Unknown command 'captrue'.");
     EXPECT_EQ(failure.Hint(),
-              "Did you mean capture? Legal commands are info, capture, scpi and models.");
+              "Did you mean capture? Legal commands are info, capture, measure, scpi and models.");
 }
 
 TEST(ArgumentErrors, UnknownOptionSaysWhatIsLegal) {
@@ -151,6 +181,16 @@ TEST(ArgumentErrors, UnknownSource) {
     EXPECT_THAT(failure.Hint(), HasSubstr("CH1 to CH4, MATH1 to MATH4 and REF1 to REF4"));
 }
 
+TEST(ArgumentErrors, UnknownMeasurement) {
+    const Failure failure = UsageError({"measure", "--type", "freqency"});
+    EXPECT_STREQ(failure.what(), "Unknown measurement 'freqency'.");
+    EXPECT_THAT(failure.Hint(),
+                StartsWith("Did you mean frequency? Legal measurements are frequency, period, "));
+    EXPECT_STREQ(UsageError({"measure", "--type", "rise,"}).what(), "Unknown measurement ''.");
+    EXPECT_STREQ(UsageError({"measure", "--type", "rise,RISE"}).what(),
+                 "Measurement rise is named twice.");
+}
+
 TEST(ArgumentErrors, PointsOutOfRange) {
     for (const char* points : {"999", "100000001", "-5", "many", "1e4"}) {
         const Failure failure = UsageError({"capture", "--points", points});
@@ -170,6 +210,7 @@ TEST(ArgumentErrors, OptionsThatExcludeEachOther) {
     EXPECT_THAT(UsageError({"capture", "--single", "--as-is"}).what(), HasSubstr("--as-is"));
     EXPECT_THAT(UsageError({"capture", "--as-is", "--points", "1000"}).what(),
                 HasSubstr("--as-is"));
+    EXPECT_THAT(UsageError({"measure", "--all", "--type", "rise"}).what(), HasSubstr("--all"));
     EXPECT_THAT(UsageError({"scpi", "A", "--write", "--query"}).what(), HasSubstr("--query"));
 }
 

@@ -29,6 +29,8 @@ struct FakeInstrument {
     StoreDetails store{.path = "", .reason = "there is none here"};
     std::map<std::string, Waveform> waveforms;
     std::map<std::string, std::string> responses;
+    // By source and measurement, "CH1 frequency"; 1 V where there is none.
+    std::map<std::string, MeasuredValue> measured;
     // Polls that still find the acquisition running.
     int pollsWhileAcquiring = 0;
     InstrumentError error;
@@ -95,6 +97,12 @@ class FakeScope : public ScopeClient {
     Waveform Read(Source source, std::int32_t maxTimeMilliseconds) override {
         Note("Read " + SourceName(source) + " " + std::to_string(maxTimeMilliseconds));
         return Record(source);
+    }
+    MeasuredValue Measure(Source source, const Measurement& what) override {
+        const std::string name = SourceName(source) + " " + std::string(what.name);
+        Note("Measure " + name);
+        const auto found = fake_.measured.find(name);
+        return found != fake_.measured.end() ? found->second : MeasuredValue{1.0, "V"};
     }
     void Write(const std::string& command) override { Note("Write " + command); }
     std::string Query(const std::string& command) override {

@@ -52,6 +52,14 @@ TEST_F(ClassAcquisitionTest, ConfigureRecordPutsThreeSettingsInOrder) {
     EXPECT_EQ(Acquisition()->ConfigureRecord(1e-3, 2000, -5e-4), S_OK);
 }
 
+TEST_F(ClassAcquisitionTest, ConfigureRecordStopsAtTheFirstFailure) {
+    Connect();
+    fake.ForgetCalls();
+    fake.FailFunction("viWrite", static_cast<visa::ViStatus>(0xBFFF003E));
+    EXPECT_TRUE(Failed(Acquisition()->ConfigureRecord(1e-3, 2000, -5e-4)));
+    EXPECT_THAT(fake.CallsOf("viWrite"), testing::SizeIs(1));
+}
+
 TEST_F(ClassAcquisitionTest, ConfigureRecordInSimulationSendsNothing) {
     Simulate();
     EXPECT_EQ(Acquisition()->ConfigureRecord(1e-3, 2000, -5e-4), S_OK);
@@ -75,6 +83,30 @@ TEST_F(ClassAcquisitionTest, MappedAttributes) {
     fake.Expect("ACQUIRE:NUMENV?\n").Reply("7\n");
     EXPECT_EQ(Acquisition()->get_NumberOfEnvelopes(&number), S_OK);
     EXPECT_EQ(number, 7);
+}
+
+TEST_F(ClassAcquisitionTest, TypePassesTheFirstFiveModesUnchanged) {
+    Connect();
+    const char* const words[] = {"SAMPLE", "PEAKDETECT", "HIRES", "ENVELOPE", "AVERAGE"};
+    int number = 0;
+    for (const char* word : words) {
+        fake.Expect("ACQUIRE:MODE?\n").Reply(std::string(word) + "\n");
+        auto type = static_cast<IviScopeAcquisitionTypeEnum>(9);
+        EXPECT_EQ(Acquisition()->get_Type(&type), S_OK);
+        EXPECT_EQ(static_cast<int>(type), number);
+        fake.Expect("ACQUIRE:MODE " + std::string(word) + "\n");
+        EXPECT_EQ(Acquisition()->put_Type(static_cast<IviScopeAcquisitionTypeEnum>(number)), S_OK);
+        ++number;
+    }
+}
+
+TEST_F(ClassAcquisitionTest, TypeHasNoNameForTheWaveformDatabase) {
+    Connect();
+    auto type = IviScopeAcquisitionTypeAverage;
+    fake.Expect("ACQUIRE:MODE?\n").Reply("WFMDB\n");
+    EXPECT_EQ(Acquisition()->get_Type(&type), MakeStatus(0x80047059));
+    EXPECT_EQ(ErrorText(), "Kestrion: Unexpected response from the instrument.");
+    EXPECT_EQ(static_cast<int>(type), 0);
 }
 
 TEST_F(ClassAcquisitionTest, SampleModeHasNoNameForInterpolatedTime) {
