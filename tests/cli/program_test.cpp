@@ -321,6 +321,13 @@ TEST(ProgramErrors, ABadOptionValueIsTheDriversOwnText) {
               "hint: Legal values are true and false, 1 and 0.\n");
 }
 
+TEST(ProgramErrors, SimulationHasNothingToMeasure) {
+    const ProcessResult result = Kestrion({"measure", "--options", "simulate=true"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, StartsWith("kestrion: A simulated session has nothing to measure.\n"));
+}
+
 TEST(ProgramErrors, AWrongAcquisitionModeHasAHint) {
     // Each run has an instrument of its own, so the mode is set where a server keeps it.
     const ServerProcess server({KESTRION_SCOPE_PROGRAM, "--port", "0", "--bind", "127.0.0.1"});
