@@ -18,6 +18,7 @@ namespace kestrion {
 // leaves through the "Internal Error" text with the number in it.
 namespace message {
 inline constexpr std::int32_t kWaveformDatabaseRefused = 236;
+inline constexpr std::int32_t kSlopeRefused = 241;
 inline constexpr std::int32_t kChannelRefused = 245;
 }  // namespace message
 

@@ -271,9 +271,9 @@ TEST_F(FrameTest, ReferencesAreTheSameObject) {
 
 TEST_F(FrameTest, AReferenceToAnInterfaceThatTheObjectLacksIsNull) {
     Connect();
-    auto* trigger = reinterpret_cast<IIviScopeTrigger*>(&clock);
-    EXPECT_EQ(As<IIviScope>()->get_Trigger(&trigger), E_NOINTERFACE);
-    EXPECT_EQ(trigger, nullptr);
+    auto* level = reinterpret_cast<IIviScopeReferenceLevel*>(&clock);
+    EXPECT_EQ(As<IIviScope>()->get_ReferenceLevel(&level), E_NOINTERFACE);
+    EXPECT_EQ(level, nullptr);
 }
 
 }  // namespace

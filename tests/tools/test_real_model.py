@@ -147,7 +147,10 @@ class PublishedInterfaces(RealModel):
             "IIviScopeAcquisition": "47ed524d", "IIviScopeChannels": "47ed524e",
             "IIviScopeReferenceLevel": "47ed5250", "IIviScopeMeasurements": "47ed5251",
             "IIviScopeChannel": "47ed524f", "IIviScopeMeasurement": "47ed5252",
-            "IIviScopeTrigger": "47ed5253",
+            "IIviScopeTrigger": "47ed5253", "IIviScopeTriggerAcLine": "47ed5254",
+            "IIviScopeTriggerEdge": "47ed5255", "IIviScopeTriggerGlitch": "47ed5256",
+            "IIviScopeTriggerRunt": "47ed5257", "IIviScopeTriggerTv": "47ed5258",
+            "IIviScopeTriggerWidth": "47ed5259",
         }.items():
             with self.subTest(name):
                 self.assertEqual(self.model.interfaces[name].iid, head + tail)
@@ -179,6 +182,15 @@ class PublishedInterfaces(RealModel):
             "IIviScopeMeasurements": "Abort AutoSetup Count Initiate Item Name Status",
             "IIviScopeMeasurement": "FetchWaveformMeasurement ReadWaveformMeasurement",
             "IIviScopeReferenceLevel": "Configure High Low Mid",
+            "IIviScopeTrigger":
+                "ACLine Configure Continuous Coupling Edge Glitch Holdoff Level Modifier Runt"
+                " Source TV Type Width",
+            "IIviScopeTriggerAcLine": "Slope",
+            "IIviScopeTriggerEdge": "Configure Slope",
+            "IIviScopeTriggerGlitch": "Condition Configure Polarity Width",
+            "IIviScopeTriggerRunt": "Configure Polarity ThresholdHigh ThresholdLow",
+            "IIviScopeTriggerTv": "Configure Event LineNumber Polarity SignalFormat",
+            "IIviScopeTriggerWidth": "Condition Configure Polarity ThresholdHigh ThresholdLow",
         }.items():
             with self.subTest(name):
                 self.assertEqual(self.members(name), members.split())
@@ -194,8 +206,11 @@ class PublishedInterfaces(RealModel):
 
     def test_only_the_class_is_simulated(self) -> None:
         simulated = {entry.interface for entry in self.entries.values() if entry.simulated}
-        self.assertEqual(simulated, {"IIviScopeAcquisition", "IIviScopeChannel",
-                                     "IIviScopeReferenceLevel"})
+        self.assertEqual(simulated, {
+            "IIviScopeAcquisition", "IIviScopeChannel", "IIviScopeReferenceLevel",
+            "IIviScopeTrigger", "IIviScopeTriggerAcLine", "IIviScopeTriggerEdge",
+            "IIviScopeTriggerGlitch", "IIviScopeTriggerRunt", "IIviScopeTriggerTv",
+            "IIviScopeTriggerWidth"})
 
     def test_members_that_need_no_connection(self) -> None:
         free = sorted(name for name, entry in self.entries.items() if not entry.needs_connection)
@@ -356,7 +371,8 @@ class InstrumentInterfaces(RealModel):
     def test_every_hook(self) -> None:
         hooks: dict[str, list[str]] = {}
         for entry in self.entries.values():
-            if entry.has_hook and not entry.interface.startswith("IIviDriver"):
+            if (entry.has_hook and not entry.interface.startswith("IIviDriver")
+                    and "Trigger" not in entry.interface):
                 hooks.setdefault(entry.interface, []).append(entry.name)
         self.assertEqual(hooks, {
             "IDirectIo": ["QueryString", "WriteString", "get_Timeout", "put_Timeout",
@@ -381,6 +397,46 @@ class InstrumentInterfaces(RealModel):
             "IKestrionReferenceLevel": ["Read"],
             "IKestrionWaveformTransfer": ["FetchWaveform", "ReadWaveform"],
         })
+
+    def test_every_hook_of_the_trigger(self) -> None:
+        hooks: dict[str, list[str]] = {}
+        for entry in self.entries.values():
+            if entry.has_hook and "Trigger" in entry.interface:
+                hooks.setdefault(entry.interface, []).append(entry.name)
+        others = [f"{access}_Ch{channel}{what}" for what in ("Input", "Threshold")
+                  for channel in "AB" for access in ("get", "put")]
+        runt = ["ConfigureLogicCondition", *others]
+        window = ["Configure", "ConfigureLogicCondition", *others]
+        pattern = ["Configure", "Read", "get_ChannelLogic", "put_ChannelLogic"]
+        state = ["get_ChannelLogic", "put_ChannelLogic", "get_ClockEdge", "put_ClockEdge"]
+        self.assertEqual(hooks, {
+            "IIviScopeTrigger": ["Configure", "get_Modifier", "put_Modifier", "get_Type",
+                                 "put_Type"],
+            "IIviScopeTriggerAcLine": ["get_Slope", "put_Slope"],
+            "IIviScopeTriggerTv": ["Configure", "get_Event", "put_Event", "get_LineNumber",
+                                   "put_LineNumber", "get_Polarity", "put_Polarity",
+                                   "get_SignalFormat", "put_SignalFormat"],
+            "IIviScopeTriggerWidth": ["Configure", "put_Polarity"],
+            "IKestrionTrigger": ["get_Type", "put_Type"],
+            "IKestrionTriggerAEdge": ["Configure", "put_Slope", "put_Source"],
+            "IKestrionTriggerBEdge": ["Configure", "put_Slope"],
+            "IKestrionTriggerRunt": runt, "IKestrionTriggerBRunt": runt,
+            "IKestrionTriggerWindow": window, "IKestrionTriggerBWindow": window,
+            "IKestrionTriggerPattern": pattern, "IKestrionTriggerBPattern": pattern,
+            "IKestrionTriggerState": state, "IKestrionTriggerBState": state,
+            "IKestrionTriggerCommunication": ["Configure", "put_Standard"],
+            "IKestrionTriggerSerial": ["Configure", "put_Standard"],
+        })
+
+    def test_events_a_and_b_are_alike_but_for_a_letter(self) -> None:
+        for part in ("Glitch", "Pattern", "Runt", "Setuphold", "State", "Timeout", "Transition",
+                     "Width", "Window"):
+            a, b = f"IKestrionTrigger{part}", f"IKestrionTriggerB{part}"
+            with self.subTest(part):
+                self.assertEqual(self.members(a), self.members(b))
+                moved = {name: (command.replace("TRIGGER:A", "TRIGGER:B"), reply)
+                         for name, (command, reply) in self.templates(a).items()}
+                self.assertEqual(moved, self.templates(b))
 
 
 class Tokens(RealModel):

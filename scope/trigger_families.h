@@ -1,0 +1,23 @@
+// What the trigger's commands differ by.
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "core/member_call.h"
+
+namespace kestrion {
+
+// The event that a trigger command is about, as its path names it.
+inline constexpr const char* kEventA = "A";
+inline constexpr const char* kEventB = "B";
+
+// The families whose triggers are qualified by the logic inputs of all channels, in one place of
+// the command tree for every type of trigger.
+[[nodiscard]] inline bool HasSharedLogicInputs(MemberCall& call) {
+    static constexpr std::array<std::string_view, 4> kFamilies = {"LarkB Series", "Plover Series",
+                                                                  "Merlin Series", "Swift Series"};
+    return call.InstrumentInAnyFamily(kFamilies);
+}
+
+}  // namespace kestrion
