@@ -20,6 +20,7 @@ namespace message {
 inline constexpr std::int32_t kWaveformDatabaseRefused = 236;
 inline constexpr std::int32_t kSlopeRefused = 241;
 inline constexpr std::int32_t kChannelRefused = 245;
+inline constexpr std::int32_t kWaveformSourceRefused = 246;
 }  // namespace message
 
 // A value as the texts of errors show it.

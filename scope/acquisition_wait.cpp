@@ -1,5 +1,7 @@
 #include "scope/acquisition_wait.h"
 
+#include <chrono>
+
 #include "io/visa_numbers.h"
 #include "kestrion/interfaces/IKestrionAcquisition.h"
 #include "kestrion/platform/error_info.h"
@@ -22,20 +24,26 @@ void ServiceRequestWait::Disable() {
                                                 visa::kEventServiceRequest, visa::kMechanismQueue);
 }
 
-AcquisitionOutcome ServiceRequestWait::Acquire(LONG maxTime) {
+bool ServiceRequestWait::IsSingleSequence() {
     VARIANT_BOOL single = VARIANT_FALSE;
     // The root's: the member may be a channel's.
     auto& acquisition = *call_.Driver().Face<IKestrionAcquisition>();
     if (Failed(acquisition.get_SingleSequence(&single))) {
         // Nothing is started; what the instrument has is transferred.
         (void)SetErrorInfo(0, nullptr);
-        return AcquisitionOutcome::kReady;
+        return false;
     }
     if (single == VARIANT_FALSE) {
         (void)call_.Write("ACQUIRE:STATE 1");
         if (rules_.pauseWhileRunning.count() > 0) {
             call_.Driver().SystemTime().Sleep(rules_.pauseWhileRunning);
         }
+    }
+    return single != VARIANT_FALSE;
+}
+
+AcquisitionOutcome ServiceRequestWait::Acquire(LONG maxTime) {
+    if (!IsSingleSequence()) {
         return AcquisitionOutcome::kReady;
     }
     StepSequence start(call_);
@@ -45,6 +53,32 @@ AcquisitionOutcome ServiceRequestWait::Acquire(LONG maxTime) {
     start.Write("*OPC");
     // A start that failed ends here too: by time-out.
     return WaitForRequest(maxTime) ? AcquisitionOutcome::kReady : AcquisitionOutcome::kTimedOut;
+}
+
+AcquisitionOutcome ServiceRequestWait::AcquireByPolling(LONG maxTime) {
+    if (!IsSingleSequence()) {
+        return AcquisitionOutcome::kReady;
+    }
+    StepSequence start(call_);
+    start.Write(":ACQUIRE:REPET 0;STATE 0");
+    start.Write("DESE 1;*ESE 1;*SRE 32");
+    start.Write("*CLS");
+    const std::uint32_t begin = call_.Driver().SystemTime().TickCount();
+    start.Write(":ACQUIRE:STATE 1;*OPC");
+    return PollUntil(begin + static_cast<std::uint32_t>(maxTime)) ? AcquisitionOutcome::kReady
+                                                                  : AcquisitionOutcome::kTimedOut;
+}
+
+bool ServiceRequestWait::PollUntil(std::uint32_t end) {
+    constexpr visa::ViUInt16 kComplete = 1;
+    auto& session = call_.Session();
+    Clock& clock = call_.Driver().SystemTime();
+    visa::ViUInt16 status = 0;
+    do {
+        clock.Sleep(std::chrono::milliseconds(100));
+        (void)session.GetFunctions().viReadSTB(session.GetInstrumentSession(), &status);
+    } while (status != kComplete && clock.TickCount() < end);
+    return status == kComplete;
 }
 
 bool ServiceRequestWait::WaitForRequest(LONG maxTime) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 
 #include "core/member_call.h"
 
@@ -35,9 +36,16 @@ class ServiceRequestWait {
     // Starts the acquisition. In single-sequence operation waits at most `maxTime` milliseconds,
     // -1 for ever; otherwise the running acquisition is taken as it stands.
     AcquisitionOutcome Acquire(LONG maxTime);
+    // The same, but looks at the status byte every 100 ms, the first time after 100 ms, until it is
+    // 1 and nothing else. The end of `maxTime` is a count of milliseconds that wraps: -1 lies in
+    // the past.
+    AcquisitionOutcome AcquireByPolling(LONG maxTime);
 
   private:
+    // Whether the acquisition ends by itself. If not, it is set running.
+    [[nodiscard]] bool IsSingleSequence();
     [[nodiscard]] bool WaitForRequest(LONG maxTime);
+    [[nodiscard]] bool PollUntil(std::uint32_t end);
 
     MemberCall& call_;
     WaitRules rules_;

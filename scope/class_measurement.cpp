@@ -7,6 +7,7 @@
 #include "generated/hooks/IIviScopeMeasurements.h"
 #include "kestrion/interfaces/IKestrionAcquisition.h"
 #include "kestrion/interfaces/IKestrionMeasurementImmediate.h"
+#include "kestrion/interfaces/IKestrionWaveformTransfer.h"
 #include "scope/acquisition_wait.h"
 
 namespace kestrion::hooks {
@@ -31,6 +32,10 @@ HRESULT AutoSetup(MemberCall& call) {
 
 HRESULT Initiate(MemberCall& call) {
     return Control(call, &::IKestrionAcquisition::Start);
+}
+
+HRESULT IsWaveformElementInvalid(MemberCall& call, double Element, VARIANT_BOOL* IsInvalid) {
+    return call.As<::IKestrionWaveformTransfer>().IsWaveformElementInvalid(Element, IsInvalid);
 }
 
 HRESULT Status(MemberCall& call, IviScopeAcquisitionStatusEnum* Status) {

@@ -1,82 +1,114 @@
-// The waveform transaction: what every member that brings a waveform over has in common.
+// The waveform transaction: what every member that brings a record over has in common.
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <string>
 
-#include "core/member_call.h"
 #include "kestrion/enums/KestrionSourceEnum.h"
-#include "scope/step_sequence.h"
-#include "scope/waveform_scaling.h"
+#include "scope/curve_block.h"
+#include "scope/transfer_state.h"
+#include "scope/waveform_access.h"
+#include "scope/waveform_sinks.h"
 
 namespace kestrion {
 
-// One transfer of one source. The stages are called in the order in which they stand; a member
-// leaves out what it doesn't have. Stages that can end the member return false, and the result is
-// Status() then. All of it runs under the object's lock, in one member.
+// Which part of a record is asked for.
+enum class RecordWindow : std::uint8_t {
+    kWhole,
+    kGiven,   // TransferPlan's start and stop, as they are
+    kCursor,  // between the vertical bars
+    kZoom,    // within the zoom area
+};
+
+// Which acquisition modes a member transfers.
+enum class AcceptedModes : std::uint8_t {
+    kSampled,  // sample, high resolution and average: one point in each interval
+    kPaired,   // peak detect and envelope: two of them
+    kAny,      // the mode isn't asked for
+};
+
+// How the points of a channel are asked for. A math, and a reference that holds them, comes in
+// floating-point numbers in any case.
+enum class IntegerPoints : std::uint8_t {
+    kOneByte,
+    kTwoBytes,
+    kOneByteUnasked,  // without asking for the width first
+    kAsAnswered,      // two bytes where the instrument insists on them
+};
+
+// What the number of points in the block has to be.
+enum class CountTest : std::uint8_t { kRecord, kGivenWindow, kNone };
+
+// How a member differs from FetchWaveform, which is this as it stands.
+struct TransferPlan {
+    AbsentSource absentSource = AbsentSource::kGoesOn;
+    AcceptedModes modes = AcceptedModes::kSampled;
+    // The record length of a math or a reference: limit and question in one line.
+    bool lengthInOneLine = false;
+    RecordWindow window = RecordWindow::kWhole;
+    LONG start = 0;
+    LONG stop = 0;
+    IntegerPoints points = IntegerPoints::kOneByte;
+    CountTest countTest = CountTest::kRecord;
+    // The trigger's place is asked for in front of the conversion, as part of the record.
+    bool offsetWithRecord = false;
+};
+
+// One transfer of one source, in one member, under the object's lock. The stages are called in the
+// order in which they stand; where one gives false the member ends, with Status().
 class WaveformTransaction {
   public:
-    WaveformTransaction(MemberCall& call, KestrionSourceEnum source);
+    // `source` is a value of the enumeration with this name, by whose numbers the channels are the
+    // first four. A value without a token is reported, and no stage does anything.
+    WaveformTransaction(MemberCall& call, const TransferPlan& plan, LONG source,
+                        std::string_view enumName = "KestrionSourceEnum");
 
-    // The instrument's name of the source; false for a value that the member has no token for.
-    bool ResolveSource();
-    // Keeps the header state and turns headers off.
-    bool HideHeader();
-    // True for a source that a two-channel model lacks.
-    [[nodiscard]] bool SourceIsAbsent();
-    // The source has to be on, and the acquisition mode one of sample, high resolution and average.
-    bool CheckSource();
-    bool CheckMode();
+    // All stages.
+    HRESULT Run(WaveformSink& sink, double* initialX, double* xIncrement);
 
-    // Keeps the transfer settings and sets up the transfer of the whole record.
-    void SetUp();
-    // Takes the lock, asks for the curve and reads its header. With `countTest` a block of another
-    // length than the record's puts everything back and is reported, and the result is false.
-    bool ReadHeader(bool countTest);
-    // Reads block and preamble, gives the lock back, and hands the points and the times to the
-    // caller. Without memory nothing is handed over and nothing is reported. The lock is given back
-    // here alone: a member that fails before the block keeps it until the connection is closed.
-    void ReadPoints(SAFEARRAY** waveform, double* initialX, double* xIncrement);
+    // Turns headers off and tests source and mode.
+    [[nodiscard]] bool Begin();
+    // Sets the transfer up, reads the block and the preamble, and hands both to `sink`. A block of
+    // another length than it has to have puts everything back and is reported, and the result is
+    // false. Without memory nothing is handed over and nothing is reported.
+    [[nodiscard]] bool Fetch(WaveformSink& sink, double* initialX, double* xIncrement);
     // Puts the transfer settings and the header back.
     void Restore();
-    // The header alone: what members that end early put back.
-    void RestoreHeader();
 
-    [[nodiscard]] HRESULT Status() const { return steps_.Status(); }
-    [[nodiscard]] StepSequence& Steps() { return steps_; }
+    // For a member that ends in between: the header alone, and the status of a report behind it.
+    [[nodiscard]] WaveformAccess& Access() { return access_; }
+    [[nodiscard]] bool Good() { return Steps().Good(); }
+    [[nodiscard]] HRESULT Status() { return Steps().Status(); }
 
   private:
-    enum class SourceKind : std::uint8_t { kChannel, kMath, kReference };
-
-    // What the transfer changes and puts back, as the instrument answered.
-    struct SavedState {
-        std::string header, source, start, stop, format, byteOrder, encoding, width;
+    struct Window {
+        LONG start;
+        LONG stop;
     };
 
-    void SaveState();
+    [[nodiscard]] StepSequence& Steps() { return access_.Steps(); }
+    [[nodiscard]] bool TurnZoomOn();
+    [[nodiscard]] bool CheckMode();
+    void SetUp();
     void FindRecordLength();
+    void SetWindow();
+    void WriteWindow(Window window);
+    [[nodiscard]] Window CursorWindow();
+    [[nodiscard]] Window ZoomWindow();
+    void AskWidth();
     void ChooseEncoding();
-    HRESULT ReadBlockLength();
-    bool ReadBlock(std::uint8_t* block);
+    [[nodiscard]] bool CountIsWrong();
+    [[nodiscard]] std::uint64_t AnsweredPoints() const;
+    [[nodiscard]] std::size_t PointCount() const;
+    void ReadRecord(WaveformSink& sink, double* initialX, double* xIncrement);
     void QueryPreamble(double* xIncrement);
-    void QueryInitialX(double* initialX, double xIncrement);
-    bool Fail(HRESULT reported);
 
-    MemberCall& call_;
-    KestrionSourceEnum source_;
-    SourceKind kind_;
-    std::string name_;
-    SavedState saved_;
-    StepSequence steps_;
-    PointFormat format_ = PointFormat::kInt8;
+    TransferPlan plan_;
+    WaveformAccess access_;
+    TransferState state_;
+    CurveBlock curve_;
     LONG recordLength_ = 0;
-    LONG pointWidth_ = 0;
-    std::uint64_t blockLength_ = 0;
-    bool countTested_ = false;
-    bool locked_ = false;
-    double xZero_ = 0.0;
-    VerticalScale scale_;
+    LONG pointWidth_ = 1;
+    WaveformRecord record_;
 };
 
 }  // namespace kestrion

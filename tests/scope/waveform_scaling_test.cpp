@@ -26,8 +26,28 @@ TEST(WaveformScaling, FloatingPointPointsAreVoltsAlready) {
     EXPECT_THAT(volts, ElementsAre(0.75, -0.75));
 }
 
+TEST(WaveformScaling, TwoBytePointsAreSignedAndBeginWithTheLowByte) {
+    const std::array<std::uint8_t, 6> block = {0x01, 0x02, 0xFE, 0xFF, 0x00, 0x80};
+    std::array<double, 3> volts{};
+    ScaleToVolts(block, PointFormat::kInt16Little, {.yMult = 0.5, .yZero = 1.0, .yOffset = 1.0},
+                 volts);
+    // (513 - 1) / 2 + 1, (-2 - 1) / 2 + 1, (-32768 - 1) / 2 + 1
+    EXPECT_THAT(volts, ElementsAre(257.0, -0.5, -16383.5));
+}
+
+TEST(WaveformScaling, PairsAreTakenApart) {
+    const std::array<std::uint8_t, 11> block = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 99};
+    std::array<double, 5> first{};
+    std::array<double, 5> second{};
+    ScalePairsToVolts(block, PointFormat::kInt8, {.yMult = 2.0, .yZero = 0.5, .yOffset = 0.0},
+                      first, second);
+    EXPECT_THAT(first, ElementsAre(2.5, 6.5, 10.5, 14.5, 18.5));
+    EXPECT_THAT(second, ElementsAre(4.5, 8.5, 12.5, 16.5, 20.5));
+}
+
 TEST(WaveformScaling, NothingIsReadForNoPoints) {
     ScaleToVolts({}, PointFormat::kInt8, {}, {});
+    ScalePairsToVolts({}, PointFormat::kFloatLittle, {}, {}, {});
 }
 
 }  // namespace

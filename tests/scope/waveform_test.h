@@ -18,6 +18,16 @@ class WaveformTest : public ScopeTest {
         fake.Expect("SELECT:" + std::string(source) + "?\n").Reply("1\n");
         fake.Expect("ACQUIRE:MODE?\n").Reply("SAMPLE\n");
     }
+    // The tests of a source on its way in, with the mode that the member asks for.
+    void ExpectChecksInMode(std::string_view source, std::string_view mode) {
+        ExpectHeaderOff();
+        fake.Expect("SELECT:" + std::string(source) + "?\n").Reply("1\n");
+        fake.Expect("ACQUIRE:MODE?\n").Reply(std::string(mode) + "\n");
+    }
+    void ExpectHeaderOff() {
+        fake.Expect("HEADER?\n").Reply("0\n");
+        fake.Expect("HEADER OFF\n");
+    }
     void ExpectSavedState() {
         fake.Expect("DATA:SOURCE?\n").Reply("CH4\n");
         fake.Expect("DATA:START?\n").Reply("3\n");

@@ -179,8 +179,11 @@ class PublishedInterfaces(RealModel):
             "IIviScopeChannel":
                 "Configure ConfigureCharacteristics Coupling Enabled InputFrequencyMax"
                 " InputImpedance Offset ProbeAttenuation ProbeSense Range",
-            "IIviScopeMeasurements": "Abort AutoSetup Count Initiate Item Name Status",
-            "IIviScopeMeasurement": "FetchWaveformMeasurement ReadWaveformMeasurement",
+            "IIviScopeMeasurements":
+                "Abort AutoSetup Count Initiate IsWaveformElementInvalid Item Name Status",
+            "IIviScopeMeasurement":
+                "FetchWaveform FetchWaveformMeasurement FetchWaveformMinMax ReadWaveform"
+                " ReadWaveformMeasurement ReadWaveformMinMax",
             "IIviScopeReferenceLevel": "Configure High Low Mid",
             "IIviScopeTrigger":
                 "ACLine Configure Continuous Coupling Edge Glitch Holdoff Level Modifier Runt"
@@ -385,8 +388,11 @@ class InstrumentInterfaces(RealModel):
                                      "get_SampleMode", "get_StartTime", "get_TimePerRecord",
                                      "put_TimePerRecord", "get_Type"],
             "IIviScopeChannel": ["Configure", "get_Range", "put_Range"],
-            "IIviScopeMeasurement": ["FetchWaveformMeasurement", "ReadWaveformMeasurement"],
-            "IIviScopeMeasurements": ["Abort", "AutoSetup", "Initiate", "Status"],
+            "IIviScopeMeasurement": ["FetchWaveform", "FetchWaveformMeasurement",
+                                     "FetchWaveformMinMax", "ReadWaveform",
+                                     "ReadWaveformMeasurement", "ReadWaveformMinMax"],
+            "IIviScopeMeasurements": ["Abort", "AutoSetup", "Initiate",
+                                      "IsWaveformElementInvalid", "Status"],
             "IKestrionAcquisition": ["SetWfmDBMode", "put_Mode"],
             "IKestrionChannel": ["Configure", "Read", "put_BandwidthEnum", "put_WaveLength"],
             "IKestrionHorizontal": ["get_Duration"],
@@ -395,7 +401,13 @@ class InstrumentInterfaces(RealModel):
                                               "put_Type"],
             "IKestrionMeasurements": ["put_Gating", "put_Method"],
             "IKestrionReferenceLevel": ["Read"],
-            "IKestrionWaveformTransfer": ["FetchWaveform", "ReadWaveform"],
+            "IKestrionWaveformTransfer": [
+                "FetchWaveform", "FetchWaveformDigitizedLevel", "FetchWaveformMinMax",
+                "FetchWaveformStartStop", "FetchWaveformWithinCursor", "FetchWaveformWithinZoom",
+                "FetchWaveformHighResolution", "ReadWaveform", "ReadWaveformMinMax",
+                "GetPixmapWaveformData", "GetPixmapWaveformDataEx", "FetchDigitalAllWaveform",
+                "FetchDigitalWaveform", "CopyWaveformToClipboard", "IsWaveformElementInvalid",
+                "SaveWaveformToFile", "WriteWaveformToReference"],
         })
 
     def test_every_hook_of_the_trigger(self) -> None:
