@@ -85,9 +85,9 @@ TEST_F(ClassWaveformTest, AnElementIsToldAsTheInstrumentMemberTellsIt) {
     VARIANT_BOOL invalid = VARIANT_FALSE;
     EXPECT_EQ(measurements->IsWaveformElementInvalid(0.5, &invalid), S_OK);
     EXPECT_EQ(invalid, VARIANT_TRUE);
-    EXPECT_EQ(measurements->IsWaveformElementInvalid(std::numeric_limits<double>::quiet_NaN(),
-                                                     &invalid),
-              S_OK);
+    EXPECT_EQ(
+        measurements->IsWaveformElementInvalid(std::numeric_limits<double>::quiet_NaN(), &invalid),
+        S_OK);
     EXPECT_EQ(invalid, VARIANT_FALSE);
 }
 
