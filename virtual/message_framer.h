@@ -13,7 +13,7 @@ namespace virtual_scope {
 class MessageFramer {
   public:
     // The longest message that is kept, in bytes.
-    static constexpr std::size_t kMaxMessage = std::size_t{16} << 20;
+    static constexpr std::size_t kMaxMessage = std::size_t{4} << 20;
 
     // Takes bytes in; `end` says that END came with the last of them.
     void Feed(std::span<const std::byte> bytes, bool end);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr Keyword kInput = {"HIGH|LOW|X", 2};
 constexpr Keyword kChannel = {kTriggerChannelWords};
-constexpr Keyword kClockEdge = {"FALL|RISe", 1};
+constexpr Keyword kClockEdge = {kSlopeWords, 1};  // of set-up and hold, and of the state
 
 bool HasOldLogic(const Oscilloscope& scope) {
     return (kFamiliesOfOldLogic & Families(scope.model().family)) != 0;

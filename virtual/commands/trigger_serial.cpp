@@ -37,7 +37,7 @@ constexpr std::string_view kScanRates = "RATE1|RATE2|RATE3|RATE4|RATE5";
 std::vector<CommandRow> Communication() {
     std::vector<CommandRow> rows = {
         CommandRow("SOUrce", kChannel),
-        CommandRow("SOUrce:TYPe", Keyword{"DATa|CLOCk|RECOVered"}),
+        CommandRow("SOUrce:TYPe", Keyword{"DATa|CLOCk|RCLOCk"}),
         CommandRow("STANdard", Keyword{kCommunicationStandards}),
         CommandRow("CLOCk:POLarity", kClockPolarity),
         CommandRow("BITRate", kBitRate),
@@ -59,7 +59,7 @@ std::vector<CommandRow> Serial() {
         CommandRow("CODe", Keyword{"NRZ|S8B10B"}).LackedBy(kHeronOnly),
         CommandRow("STANdard", Keyword{kSerialStandards}).LackedBy(kHeronOnly),
         CommandRow("BITRate", kBitRate).LackedBy(kHeronOnly),
-        CommandRow("ERRTYPe", Keyword{kSerialErrors}).LackedBy(kHeronOnly),
+        CommandRow("{ERRORTYPe|ERRTYPe}", Keyword{kSerialErrors}).LackedBy(kHeronOnly),
         CommandRow("DATa:FORMat", Keyword{"BINary|HEX"}).LackedBy(kHeronOnly),
         CommandRow("DATa:PATtern", Text{"", 256}).LackedBy(kHeronOnly),
         CommandRow("CLOCk:SOUrce", Keyword{"CH1|CH2|CH3|CH4|RECOVered"}).LackedBy(kHeronOnly),
