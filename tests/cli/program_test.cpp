@@ -356,6 +356,19 @@ TEST(ProgramErrors, AFullStandardOutputIsAFailure) {
     EXPECT_EQ(result.err, "kestrion: Cannot write to standard output.\n");
 }
 
+// The instrument's own signal at CH1: a sine of 1 kHz from -1 V to 1 V.
+TEST(ProgramOverASocket, MeasuresTheSignal) {
+    const ServerProcess server({KESTRION_SCOPE_PROGRAM, "--port", "0", "--bind", "127.0.0.1"});
+    const ProcessResult result =
+        Kestrion({"measure", "--source", "CH1", "--type", "frequency,pk2pk,rms", "--resource",
+                  server.FirstLine()});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(result.out, EndsWith("Measurement         CH1\n"
+                                     "Frequency     1.000 kHz\n"
+                                     "Peak to peak    2.000 V\n"
+                                     "RMS            707.1 mV\n"));
+}
+
 TEST(ProgramOverASocket, CapturesByPolling) {
     const TemporaryFolder folder;
     const ServerProcess server({KESTRION_SCOPE_PROGRAM, "--port", "0", "--bind", "127.0.0.1"});
