@@ -29,6 +29,9 @@ struct MethodDescriptor {
     std::string_view command;
     // The reply format of a query; empty where there is none.
     std::string_view response;
+    // What tells the interface from those that are like it and run the same hooks; empty where no
+    // other is.
+    const char* variant = "";
     Selector selector = Selector::kNone;
     // The families that refuse the member.
     std::span<const std::string_view> refusedFamilies;

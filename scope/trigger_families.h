@@ -8,9 +8,11 @@
 
 namespace kestrion {
 
-// The event that a trigger command is about, as its path names it.
-inline constexpr const char* kEventA = "A";
-inline constexpr const char* kEventB = "B";
+// The event that the running member is about, "A" or "B", as its path names it. The interfaces of
+// both events are alike and run the same bodies.
+[[nodiscard]] inline const char* EventOf(MemberCall& call) {
+    return call.Method().variant;
+}
 
 // The families whose triggers are qualified by the logic inputs of all channels, in one place of
 // the command tree for every type of trigger.

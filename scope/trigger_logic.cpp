@@ -31,8 +31,7 @@ TokenSet Slopes(MemberCall& call) {
     return {"KestrionTriggerSlopeEnum", call.Method().fullName};
 }
 
-HRESULT FindInput(MemberCall& call, const char* event, KestrionChannelEnum channel,
-                  std::string& path) {
+HRESULT FindInput(MemberCall& call, KestrionChannelEnum channel, std::string& path) {
     if (LacksChannel(call, channel)) {
         return call.Errors().ReportDetail(message::kChannelRefused, "InstrSet", {"Source"});
     }
@@ -40,7 +39,7 @@ HRESULT FindInput(MemberCall& call, const char* event, KestrionChannelEnum chann
     std::string name;
     const HRESULT status = channels.ToToken(call, channel, "Channel", name);
     if (Succeeded(status)) {
-        path = std::string("TRIGGER:") + event +
+        path = std::string("TRIGGER:") + EventOf(call) +
                ":LOGIC:" + (StandsWithPatterns(call, channel) ? "PATTERN:INPUT:" : "INPUT:") + name;
     }
     return status;
@@ -53,10 +52,10 @@ const char* ClockChannel(MemberCall& call) {
 
 }  // namespace
 
-HRESULT ReadChannelLogic(MemberCall& call, const char* event, KestrionChannelEnum channel,
+HRESULT ReadChannelLogic(MemberCall& call, KestrionChannelEnum channel,
                          KestrionTriggerLogicInputChannelEnum* logic) {
     std::string path;
-    HRESULT status = FindInput(call, event, channel, path);
+    HRESULT status = FindInput(call, channel, path);
     if (Failed(status)) {
         return status;
     }
@@ -69,10 +68,10 @@ HRESULT ReadChannelLogic(MemberCall& call, const char* event, KestrionChannelEnu
 
 // Nothing is formatted before all words are known: what is in the session's buffer when a format
 // fails would go out with the next command.
-HRESULT WriteChannelLogic(MemberCall& call, const char* event, KestrionChannelEnum channel,
+HRESULT WriteChannelLogic(MemberCall& call, KestrionChannelEnum channel,
                           KestrionTriggerLogicInputChannelEnum logic) {
     std::string path;
-    HRESULT status = FindInput(call, event, channel, path);
+    HRESULT status = FindInput(call, channel, path);
     std::string state;
     if (Succeeded(status)) {
         status = States(call).ToToken(call, logic, "val", state);
@@ -80,18 +79,19 @@ HRESULT WriteChannelLogic(MemberCall& call, const char* event, KestrionChannelEn
     return Failed(status) ? status : call.Write("%$Cs %$Cs", &path, &state);
 }
 
-HRESULT ReadClockEdge(MemberCall& call, const char* event, KestrionTriggerSlopeEnum* edge) {
+HRESULT ReadClockEdge(MemberCall& call, KestrionTriggerSlopeEnum* edge) {
     std::string reply;
     const HRESULT status = call.QueryText(
-        std::string("TRIGGER:") + event + ":LOGIC:STATE:INPUT:" + ClockChannel(call) + "?", reply);
+        std::string("TRIGGER:") + EventOf(call) + ":LOGIC:STATE:INPUT:" + ClockChannel(call) + "?",
+        reply);
     return Failed(status) ? status : Slopes(call).FromToken(call, reply, edge);
 }
 
-HRESULT WriteClockEdge(MemberCall& call, const char* event, KestrionTriggerSlopeEnum edge) {
+HRESULT WriteClockEdge(MemberCall& call, KestrionTriggerSlopeEnum edge) {
     std::string slope;
     const HRESULT status = Slopes(call).ToToken(call, edge, "val", slope);
     return Failed(status) ? status
-                          : call.Write("TRIGGER:%s:LOGIC:STATE:INPUT:%s %$Cs", event,
+                          : call.Write("TRIGGER:%s:LOGIC:STATE:INPUT:%s %$Cs", EventOf(call),
                                        ClockChannel(call), &slope);
 }
 

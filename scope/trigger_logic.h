@@ -7,14 +7,14 @@
 
 namespace kestrion {
 
-// `event` is kEventA or kEventB. Each runs inside of the member that it is the body of; the tokens
-// are those of the running member.
-HRESULT ReadChannelLogic(MemberCall& call, const char* event, KestrionChannelEnum channel,
+// Each runs inside of the member that it is the body of; event and tokens are those of the running
+// member.
+HRESULT ReadChannelLogic(MemberCall& call, KestrionChannelEnum channel,
                          KestrionTriggerLogicInputChannelEnum* logic);
-HRESULT WriteChannelLogic(MemberCall& call, const char* event, KestrionChannelEnum channel,
+HRESULT WriteChannelLogic(MemberCall& call, KestrionChannelEnum channel,
                           KestrionTriggerLogicInputChannelEnum logic);
-HRESULT ReadClockEdge(MemberCall& call, const char* event, KestrionTriggerSlopeEnum* edge);
-HRESULT WriteClockEdge(MemberCall& call, const char* event, KestrionTriggerSlopeEnum edge);
+HRESULT ReadClockEdge(MemberCall& call, KestrionTriggerSlopeEnum* edge);
+HRESULT WriteClockEdge(MemberCall& call, KestrionTriggerSlopeEnum edge);
 
 // A pattern of four channels. Thresholds in volts, the time in seconds.
 struct ChannelInput {
@@ -29,9 +29,9 @@ struct LogicPattern {
 };
 
 // A model of two channels takes the first two inputs.
-HRESULT WritePattern(MemberCall& call, const char* event, const LogicPattern& pattern);
+HRESULT WritePattern(MemberCall& call, const LogicPattern& pattern);
 // The time is asked for under a condition that has one, and stays 0 under another. Inputs that a
 // model of two channels lacks keep what they hold.
-HRESULT ReadPattern(MemberCall& call, const char* event, LogicPattern& pattern);
+HRESULT ReadPattern(MemberCall& call, LogicPattern& pattern);
 
 }  // namespace kestrion

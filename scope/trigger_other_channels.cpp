@@ -9,9 +9,9 @@
 namespace kestrion {
 namespace {
 
-TokenSet States(const PulseLogic& logic) {
-    return {"KestrionTriggerWindowLogicInputEnum", logic.inputWords};
-}
+// The states have one set of words, which the window's members list.
+constexpr TokenSet kStates("KestrionTriggerWindowLogicInputEnum",
+                           "IKestrionTriggerWindow.ChAInput");
 
 // "ChAInput" of "IKestrionTriggerRunt.ChAInput".
 std::string_view RunningMember(MemberCall& call) {
@@ -20,13 +20,13 @@ std::string_view RunningMember(MemberCall& call) {
 }
 
 // The number of the first of the channels that are not the source.
-HRESULT FindOthers(MemberCall& call, const PulseLogic& logic, int& first) {
+HRESULT FindOthers(MemberCall& call, int& first) {
     if (call.InstrumentHasTwoChannels()) {
         return call.Errors().ReportValueNotSupported(RunningMember(call), "val");
     }
     std::string reply;
     const HRESULT status =
-        call.QueryText(std::string("TRIGGER:") + logic.event + ":PULSE:SOURCE?", reply);
+        call.QueryText(std::string("TRIGGER:") + EventOf(call) + ":PULSE:SOURCE?", reply);
     if (Failed(status)) {
         return status;
     }
@@ -45,13 +45,13 @@ HRESULT FindOthers(MemberCall& call, const PulseLogic& logic, int& first) {
 HRESULT FindPath(MemberCall& call, const PulseLogic& logic, OtherChannel which,
                  std::string_view what, std::string& path) {
     int channel = 0;
-    if (const HRESULT status = FindOthers(call, logic, channel); Failed(status)) {
+    if (const HRESULT status = FindOthers(call, channel); Failed(status)) {
         return status;
     }
     if (which == OtherChannel::kSecond) {
         ++channel;
     }
-    path = std::string("TRIGGER:") + logic.event;
+    path = std::string("TRIGGER:") + EventOf(call);
     if (logic.ownPathsOnOldFamilies && !HasSharedLogicInputs(call)) {
         path.append(":PULSE:").append(logic.pulse);
     }
@@ -69,13 +69,13 @@ HRESULT ReadOtherInput(MemberCall& call, const PulseLogic& logic, OtherChannel w
     if (Succeeded(status)) {
         status = call.QueryText(path + "?", reply);
     }
-    return Failed(status) ? status : States(logic).FromToken(call, reply, state);
+    return Failed(status) ? status : kStates.FromToken(call, reply, state);
 }
 
 HRESULT WriteOtherInput(MemberCall& call, const PulseLogic& logic, OtherChannel which,
                         KestrionTriggerWindowLogicInputEnum state) {
     std::string token;
-    HRESULT status = States(logic).ToToken(call, state, "val", token);
+    HRESULT status = kStates.ToToken(call, state, "val", token);
     std::string path;
     if (Succeeded(status)) {
         status = FindPath(call, logic, which, "INPUT", path);
@@ -101,13 +101,13 @@ HRESULT ConfigureOtherChannels(MemberCall& call, const PulseLogic& logic, const 
                                const OtherInput& second) {
     std::string firstState;
     std::string secondState;
-    HRESULT status = States(logic).ToToken(call, first.state, "ChAInput", firstState);
+    HRESULT status = kStates.ToToken(call, first.state, "ChAInput", firstState);
     if (Succeeded(status)) {
-        status = States(logic).ToToken(call, second.state, "ChBInput", secondState);
+        status = kStates.ToToken(call, second.state, "ChBInput", secondState);
     }
     int channel = 0;
     if (Succeeded(status)) {
-        status = FindOthers(call, logic, channel);
+        status = FindOthers(call, channel);
     }
     if (Failed(status)) {
         return status;
@@ -116,13 +116,13 @@ HRESULT ConfigureOtherChannels(MemberCall& call, const PulseLogic& logic, const 
         return call.Write(
             "TRIGGER:%s:PULSE:%s:QUALIFY LOGIC;:TRIGGER:%s:LOGIC:INPUT:CH%d %$Cs;CH%d %$Cs;"
             ":TRIGGER:%s:LOGIC:THRESHOLD:CH%d %g;CH%d %g",
-            logic.event, logic.pulse, logic.event, channel, &firstState, channel + 1, &secondState,
-            logic.event, channel, first.threshold, channel + 1, second.threshold);
+            EventOf(call), logic.pulse, EventOf(call), channel, &firstState, channel + 1,
+            &secondState, EventOf(call), channel, first.threshold, channel + 1, second.threshold);
     }
     return call.Write(
         "TRIGGER:%s:PULSE:%s:WHEN LOGIC;LOGIC:INPUT:CH%d %$Cs;CH%d %$Cs;"
         ":TRIGGER:%s:PULSE:%s:LOGIC:THRESHOLD:CH%d %g;CH%d %g",
-        logic.event, logic.pulse, channel, &firstState, channel + 1, &secondState, logic.event,
+        EventOf(call), logic.pulse, channel, &firstState, channel + 1, &secondState, EventOf(call),
         logic.pulse, channel, first.threshold, channel + 1, second.threshold);
 }
 

@@ -11,10 +11,8 @@ namespace kestrion {
 
 // A type of pulse as the body of one of its members knows it. Texts are literals.
 struct PulseLogic {
-    const char* event;            // kEventA or kEventB
-    const char* pulse;            // as its path names it
-    bool ownPathsOnOldFamilies;   // inputs stand with the pulse where families don't share them
-    std::string_view inputWords;  // the member whose tokens the states have
+    const char* pulse;           // as its path names it
+    bool ownPathsOnOldFamilies;  // inputs stand with the pulse where families don't share them
 };
 
 enum class OtherChannel { kFirst, kSecond };

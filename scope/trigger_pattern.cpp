@@ -3,6 +3,7 @@
 #include <string>
 
 #include "scope/step_sequence.h"
+#include "scope/trigger_families.h"
 #include "scope/trigger_logic.h"
 #include "scope/trigger_tokens.h"
 
@@ -56,8 +57,8 @@ HRESULT Completed(HRESULT status) {
     return status == IoStatusMoreData ? S_OK : status;
 }
 
-HRESULT QueryTwoChannels(MemberCall& call, const char* event, LogicPattern& pattern,
-                         PatternTokens& tokens) {
+HRESULT QueryTwoChannels(MemberCall& call, LogicPattern& pattern, PatternTokens& tokens) {
+    const char* event = EventOf(call);
     return Completed(call.Session().Queryf(
         "TRIGGER:%s:LOGIC:INPUT:CH1?;:TRIGGER:%s:LOGIC:PATTERN:INPUT:CH2?;"
         ":TRIGGER:%s:LOGIC:THRESHOLD:CH1?;CH2?;:TRIGGER:%s:LOGIC:FUNCTION?;"
@@ -67,8 +68,8 @@ HRESULT QueryTwoChannels(MemberCall& call, const char* event, LogicPattern& patt
         &pattern.inputs[1].threshold, &tokens.type, &tokens.condition));
 }
 
-HRESULT QueryFourChannels(MemberCall& call, const char* event, LogicPattern& pattern,
-                          PatternTokens& tokens) {
+HRESULT QueryFourChannels(MemberCall& call, LogicPattern& pattern, PatternTokens& tokens) {
+    const char* event = EventOf(call);
     auto& session = call.Session();
     HRESULT status = Completed(session.Queryf(
         "TRIGGER:%s:LOGIC:INPUT:CH1?;CH2?;CH3?;:TRIGGER:%s:LOGIC:PATTERN:INPUT:CH4?;",
@@ -88,7 +89,7 @@ HRESULT QueryFourChannels(MemberCall& call, const char* event, LogicPattern& pat
     return status;
 }
 
-HRESULT QueryTime(MemberCall& call, const char* event, LogicPattern& pattern) {
+HRESULT QueryTime(MemberCall& call, LogicPattern& pattern) {
     if (pattern.condition != KestrionTriggerPatternConditionLessThan &&
         pattern.condition != KestrionTriggerPatternConditionMoreThan) {
         return S_OK;
@@ -96,20 +97,21 @@ HRESULT QueryTime(MemberCall& call, const char* event, LogicPattern& pattern) {
     std::string word;
     const HRESULT status = kConditions.ToToken(call, pattern.condition, "Condition", word);
     return Failed(status) ? status
-                          : call.QueryDouble(std::string("TRIGGER:") + event +
+                          : call.QueryDouble(std::string("TRIGGER:") + EventOf(call) +
                                                  ":LOGIC:PATTERN:WHEN:" + word + "?",
                                              pattern.time);
 }
 
 }  // namespace
 
-HRESULT WritePattern(MemberCall& call, const char* event, const LogicPattern& pattern) {
+HRESULT WritePattern(MemberCall& call, const LogicPattern& pattern) {
     const bool two = call.InstrumentHasTwoChannels();
     PatternTokens tokens;
     const HRESULT status = ToTokens(call, pattern, two ? 2 : 4, tokens);
     if (Failed(status)) {
         return status;
     }
+    const char* event = EventOf(call);
     const auto& inputs = pattern.inputs;
     if (two) {
         return call.Write(
@@ -131,15 +133,15 @@ HRESULT WritePattern(MemberCall& call, const char* event, const LogicPattern& pa
         event, &tokens.type, &tokens.condition, &tokens.condition, pattern.time);
 }
 
-HRESULT ReadPattern(MemberCall& call, const char* event, LogicPattern& pattern) {
+HRESULT ReadPattern(MemberCall& call, LogicPattern& pattern) {
     const bool two = call.InstrumentHasTwoChannels();
     PatternTokens tokens;
-    HRESULT status = two ? QueryTwoChannels(call, event, pattern, tokens)
-                         : QueryFourChannels(call, event, pattern, tokens);
+    HRESULT status =
+        two ? QueryTwoChannels(call, pattern, tokens) : QueryFourChannels(call, pattern, tokens);
     if (Succeeded(status)) {
         status = FromTokens(call, tokens, two ? 2 : 4, pattern);
     }
-    return Failed(status) ? status : QueryTime(call, event, pattern);
+    return Failed(status) ? status : QueryTime(call, pattern);
 }
 
 }  // namespace kestrion

@@ -12,7 +12,7 @@ bool LacksLogic(MemberCall& call) {
 
 }  // namespace
 
-HRESULT ConfigureWindow(MemberCall& call, const char* event, const WindowSettings& settings) {
+HRESULT ConfigureWindow(MemberCall& call, const WindowSettings& settings) {
     if ((settings.source == KestrionChannelCh3 || settings.source == KestrionChannelCh4) &&
         call.InstrumentHasTwoChannels()) {
         return call.Errors().ReportDetail(message::kChannelRefused, "Configure", {"Source"});
@@ -32,7 +32,7 @@ HRESULT ConfigureWindow(MemberCall& call, const char* event, const WindowSetting
                                "WINDOW:TYPE %{KestrionTriggerWindowTypeEnum}s;"
                                "WHEN %{KestrionTriggerWindowConditionEnum}s;"
                                "WIDTH %g;THRESHOLD:LOW %g;HIGH %g;";
-    return call.Write(format, event, settings.source, settings.type, settings.condition,
+    return call.Write(format, EventOf(call), settings.source, settings.type, settings.condition,
                       settings.width, settings.thresholdLow, settings.thresholdHigh);
 }
 

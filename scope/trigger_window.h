@@ -16,7 +16,7 @@ struct WindowSettings {
     double thresholdHigh;
 };
 
-// The body of Configure; `event` is kEventA or kEventB.
-HRESULT ConfigureWindow(MemberCall& call, const char* event, const WindowSettings& settings);
+// The body of Configure, for the event of the running member.
+HRESULT ConfigureWindow(MemberCall& call, const WindowSettings& settings);
 
 }  // namespace kestrion

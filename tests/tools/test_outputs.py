@@ -55,9 +55,11 @@ enum KestrionLampModeEnum : LONG {
 #include "kestrion/interfaces/IAlien.h"
 #include "kestrion/interfaces/IBase.h"
 #include "kestrion/interfaces/IBeacon.h"
+#include "kestrion/interfaces/IChime.h"
 #include "kestrion/interfaces/IClassLamp.h"
 #include "kestrion/interfaces/IGate.h"
 #include "kestrion/interfaces/IGates.h"
+#include "kestrion/interfaces/IHighChime.h"
 #include "kestrion/interfaces/ILamp.h"
 #include "kestrion/interfaces/IRoot.h"
 """)
@@ -147,6 +149,7 @@ inline constexpr MethodDescriptor get_Power{
     .fullName = "ILamp.Power",
     .command = "POWER?",
     .response = "%lg",
+    .variant = "",
     .selector = Selector::kNone,
     .refusedFamilies = {},
     .needsConnection = true,
@@ -160,6 +163,7 @@ inline constexpr MethodDescriptor put_Power{
     .fullName = "ILamp.Power",
     .command = "POWER %0.15lg",
     .response = "",
+    .variant = "",
     .selector = Selector::kNone,
     .refusedFamilies = {},
     .needsConnection = true,
@@ -413,6 +417,8 @@ struct RootFaces {
     IBaseFace base;
     IRootFace root;
     IBeaconFace beacon;
+    IChimeFace chime;
+    IHighChimeFace highChime;
     IGatesFace gates;
     ILampFace lamp;
     IClassLampFace classLamp;

@@ -1,7 +1,7 @@
 """The faces: what stands behind each interface and hands its members to the frame."""
 
 from generator import cpp
-from generator.emit_members import has_hooks
+from generator.emit_members import hooks_includes
 from generator.records import Entry, Interface, Model, Parameter
 
 _RECORD = {"in": "In", "out": "Out", "inout": "InOut"}
@@ -30,8 +30,7 @@ def face_source(model: Model, interface: Interface) -> str:
     used = ["core/frame.h"]
     for part in model.chain(interface):
         used.append(f"generated/members/{part.name}.h")
-        if has_hooks(part):
-            used.append(f"generated/hooks/{part.name}.h")
+        used += hooks_includes(part)
     used += [cpp.interface_include(other) for other in cpp.interfaces_of(entries)]
     used += [cpp.interface_include(entry.mapped.interface) for entry in entries if entry.mapped]
     text = cpp.header(interface.file, f"The face of {interface.name} on its node.", guard=False)
@@ -63,7 +62,7 @@ def body(entry: Entry) -> str:
         target = entry.mapped
         return (f"{verb}Mapped<::{target.interface}>(node_, {descriptor}, {names},"
                 f" &::{target.interface}::{entry.shape}_{target.member})")
-    hook = f", hooks::{entry.interface}::{entry.name}" if entry.has_hook else ""
+    hook = f", hooks::{entry.hook_interface}::{entry.name}" if entry.has_hook else ""
     return f"{verb}(node_, {descriptor}, {names}{hook})"
 
 
@@ -91,7 +90,7 @@ def _record(parameter: Parameter) -> str:
 
 def _hook(entry: Entry) -> str:
     names = "".join(f", {parameter.name}" for parameter in entry.parameters)
-    return (f"[&](MemberCall& call) {{ return hooks::{entry.interface}::{entry.name}"
+    return (f"[&](MemberCall& call) {{ return hooks::{entry.hook_interface}::{entry.name}"
             f"(call{names}); }}")
 
 

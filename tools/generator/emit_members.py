@@ -27,6 +27,7 @@ def descriptor(entry: Entry) -> str:
         "fullName": cpp.literal(entry.key),
         "command": cpp.literal(command.text if command is not None else ""),
         "response": cpp.literal(entry.reply or ""),
+        "variant": cpp.literal(entry.variant),
         "selector": f"Selector::k{(selector or 'none').capitalize()}",
         "refusedFamilies": _refused_name(entry) if entry.refused else "{}",
         "needsConnection": cpp.boolean(entry.needs_connection),
@@ -81,6 +82,16 @@ def hook_signature(entry: Entry) -> str:
 
 
 def has_hooks(interface: Interface) -> bool:
+    """Whether bodies are written for it; those of the one that it is like are that one's."""
+    return not interface.like and _is_hooked(interface)
+
+
+def hooks_includes(interface: Interface) -> list[str]:
+    """What declares the hooks that its members run."""
+    return [f"generated/hooks/{interface.origin}.h"] if _is_hooked(interface) else []
+
+
+def _is_hooked(interface: Interface) -> bool:
     return any(entry.has_hook for entry in interface.entries)
 
 

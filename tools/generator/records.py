@@ -75,6 +75,8 @@ class Entry:
     needs_connection: bool = True
     simulated: bool = False
     collection: str = ""  # the class name of the instances
+    variant: str = ""  # of its interface
+    hook_interface: str = ""  # whose hooks are its own too
 
     @property
     def key(self) -> str:
@@ -109,7 +111,15 @@ class Interface:
     file: str
     extends: str = ""
     external: bool = False
+    # What stands for <variant> in the templates: it tells interfaces that are alike apart.
+    variant: str = ""
+    like: str = ""  # the interface that it has members and hooks from
     entries: list[Entry] = field(default_factory=list)  # its own, without those of its bases
+
+    @property
+    def origin(self) -> str:
+        """The interface whose members and hooks it has: itself, or the one that it is like."""
+        return self.like or self.name
 
 
 @dataclass

@@ -151,18 +151,54 @@ def _resolve_interfaces(raw: RawModel, enums: list[Enum], refusals: dict[str, tu
             interface = Interface(
                 name=name, iid=data.get("iid", ""), node=data.get("node", ""),
                 doc=data.get("doc", ""), place=place, file=file.name,
-                extends=data.get("extends", ""), external=data.get("external", False))
+                extends=data.get("extends", ""), external=data.get("external", False),
+                variant=data.get("variant", ""), like=data.get("like", ""))
             found[name] = (interface, file, data)
+    for name, (interface, file, data) in found.items():
+        if interface.like:
+            found[name] = _take_over(interface, file, data, found, problems)
     names = Names([enum.name for enum in enums if not enum.platform], list(found))
     for interface, file, data in found.values():
         _resolve_interface(interface, file, data, names, refusals, problems)
     return {name: interface for name, (interface, _, _) in found.items()}
 
 
+# What an interface that is like another has from it.
+_TAKEN_OVER = ("node", "extends", "class_compliant", "collection", "refuses", "members")
+
+
+def _take_over(interface: Interface, file: File, data: dict[str, Any],
+               found: dict[str, tuple[Interface, File, dict[str, Any]]],
+               problems: Problems) -> tuple[Interface, File, dict[str, Any]]:
+    """The interface with what it has from the one that it is like; its members stand there."""
+    place = file.place(interface.name, "like")
+    for key in (*_TAKEN_OVER, "external"):
+        if key in data:
+            problems.add(file.place(interface.name, key), f"{interface.name} is like"
+                         f" {interface.like}: it has no '{key}' of its own")
+    origin, origin_file, origin_data = found.get(interface.like, (None, file, {}))
+    if origin is None:
+        problems.add(place, f"there is no interface {interface.like}"
+                     f"{nearest(interface.like, found)}")
+    elif origin.like or origin.external:
+        problems.add(place, f"{interface.name} can't be like {origin.name}, which has no members"
+                     " of its own")
+    elif not interface.variant or interface.variant == origin.variant:
+        problems.add(place, f"{interface.name} needs a 'variant' other than that of {origin.name},"
+                     " or there is nothing to tell them apart")
+    else:
+        taken = {key: origin_data[key] for key in _TAKEN_OVER if key in origin_data}
+        interface.node, interface.extends = origin.node, origin.extends
+        return interface, origin_file, {**data, **taken}
+    # Reported; on the root and without members it causes no further problems.
+    interface.node = "root"
+    return interface, file, {**data, "node": "root", "members": {}}
+
+
 def _resolve_interface(interface: Interface, file: File, data: dict[str, Any], names: Names,
                        refusals: dict[str, tuple[str, ...]], problems: Problems) -> None:
     if interface.external:
-        for key in ("node", "extends", "members", "collection", "class_compliant", "refuses"):
+        for key in (*_TAKEN_OVER, "variant"):
             if key in data:
                 problems.add(file.place(interface.name, key),
                              f"{interface.name} is external: it has no '{key}'")
@@ -170,13 +206,16 @@ def _resolve_interface(interface: Interface, file: File, data: dict[str, Any], n
     for key in ("node", "members"):
         if key not in data:
             problems.add(interface.place, f"{interface.name} needs the key '{key}'")
+    if interface.like:
+        # What is wrong with a member is reported where it stands, once.
+        problems = Problems()
     resolver = MemberResolver(
         interface, data.get("collection", ""), data.get("class_compliant", False), file, names,
         Refusals(refusals, data.get("refuses", ""), interface.name,
-                 file.place(interface.name, "refuses"), problems), problems)
+                 file.place(interface.origin, "refuses"), problems), problems)
     for name, table in data.get("members", {}).items():
         if not isinstance(table, dict):
-            problems.add(file.place(interface.name, "members", name),
+            problems.add(file.place(interface.origin, "members", name),
                          f"'{name}' has to be a table: a member")
             continue
         interface.entries += resolver.resolve(name, table)

@@ -13,6 +13,7 @@ _PLAIN_TYPES = ("long", "double", "bool", "string")
 _ARRAY_TYPES = ("double[]", "long[]")
 _DIRECTIONS = ("in", "out", "inout")
 _ACCESS = ("r", "w", "rw")
+_VARIANT = "<variant>"
 _PROPERTY_HOOKS = ("get", "put", "both")
 _COLLECTION_ARGS = {"count": [], "item": ["string Name"], "name": ["long Index"]}
 
@@ -79,7 +80,7 @@ class MemberResolver:
 
     def resolve(self, name: str, table: dict[str, Any]) -> list[Entry]:
         """The entries of one member; fewer where it has errors."""
-        path = (self._interface.name, "members", name)
+        path = (self._interface.origin, "members", name)
         return _Member(self, name, path, table).entries()
 
 
@@ -91,8 +92,11 @@ class _Member:
         self._owner = owner
         self._name = name
         self._path = path
-        self._title = f"{path[0]}.{name}"
+        self._title = f"{owner._interface.name}.{name}"
         self._keys = owner._file.check(owner._problems, self._title, path, table, schema.MEMBER)
+        for key in ("path", "get", "set"):
+            if key in self._keys:
+                self._keys[key] = self._with_variant(self._keys[key], key)
 
     def entries(self) -> list[Entry]:
         if "doc" not in self._keys:
@@ -119,6 +123,13 @@ class _Member:
 
     def _place(self, key: str = "") -> Place:
         return self._owner._file.place(*self._path, key)
+
+    def _with_variant(self, text: str, key: str) -> str:
+        variant = self._owner._interface.variant
+        if _VARIANT in text and not variant:
+            self._error(key, f"{self._title}: '{_VARIANT}' needs the key 'variant' of"
+                        f" {self._owner._interface.name}")
+        return text.replace(_VARIANT, variant)
 
     def _type(self, text: str, key: str) -> ValueType | None:
         found = self._owner._names.find_type(text)
@@ -161,6 +172,8 @@ class _Member:
             interface=self._owner._interface.name, member=self._name, name=name, shape=shape,
             doc=self._keys.get("doc", ""), place=self._place(), parameters=parameters,
             refused=families, refused_list=refused_list,
+            variant=self._owner._interface.variant,
+            hook_interface=self._owner._interface.origin,
             needs_connection=self._keys.get("connection", True),
             simulated=is_value and self._keys.get("simulated", self._owner._class_compliant))
 
@@ -173,7 +186,7 @@ class _Member:
                         f"{nearest(role, _COLLECTION_ARGS)}")
             return []
         if not self._owner._collection:
-            self._error("collection", f"{self._title}: {self._path[0]} is no collection: it needs"
+            self._error("collection", f"{self._title}: {self._owner._interface.name} is no collection: it needs"
                         " the key 'collection' with the class of its instances")
             return []
         self._forbid("a collection's member", "path", "get", "reply", "set", "order", "access",

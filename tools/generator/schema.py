@@ -30,7 +30,8 @@ TABLES = Kind("an array of tables", lambda value: isinstance(value, list)
 
 INTERFACE = {
     "iid": TEXT, "node": TEXT, "extends": TEXT, "class_compliant": FLAG, "external": FLAG,
-    "doc": TEXT, "collection": TEXT, "refuses": TEXT, "members": TABLE,
+    "doc": TEXT, "collection": TEXT, "refuses": TEXT, "members": TABLE, "like": TEXT,
+    "variant": TEXT,
 }
 
 MEMBER = {

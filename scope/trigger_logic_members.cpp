@@ -1,7 +1,6 @@
-// Patterns and states as the A event.
+// Patterns and states of both events.
 #include "generated/hooks/IKestrionTriggerPattern.h"
 #include "generated/hooks/IKestrionTriggerState.h"
-#include "scope/trigger_families.h"
 #include "scope/trigger_logic.h"
 
 namespace kestrion::hooks {
@@ -21,7 +20,7 @@ HRESULT Configure(MemberCall& call, KestrionTriggerLogicInputChannelEnum Ch1Inpu
                                .type = Type,
                                .condition = Condition,
                                .time = Time};
-    return WritePattern(call, kEventA, pattern);
+    return WritePattern(call, pattern);
 }
 
 HRESULT Read(MemberCall& call, KestrionTriggerLogicInputChannelEnum* Ch1Input, double* Ch1Threshold,
@@ -31,7 +30,7 @@ HRESULT Read(MemberCall& call, KestrionTriggerLogicInputChannelEnum* Ch1Input, d
              KestrionTriggerPatternTypeEnum* Type, KestrionTriggerPatternConditionEnum* Condition,
              double* Time) {
     LogicPattern pattern;
-    if (const HRESULT status = ReadPattern(call, kEventA, pattern); Failed(status)) {
+    if (const HRESULT status = ReadPattern(call, pattern); Failed(status)) {
         return status;
     }
     *Ch1Input = pattern.inputs[0].logic;
@@ -50,12 +49,12 @@ HRESULT Read(MemberCall& call, KestrionTriggerLogicInputChannelEnum* Ch1Input, d
 
 HRESULT get_ChannelLogic(MemberCall& call, KestrionChannelEnum Channel,
                          KestrionTriggerLogicInputChannelEnum* val) {
-    return ReadChannelLogic(call, kEventA, Channel, val);
+    return ReadChannelLogic(call, Channel, val);
 }
 
 HRESULT put_ChannelLogic(MemberCall& call, KestrionChannelEnum Channel,
                          KestrionTriggerLogicInputChannelEnum val) {
-    return WriteChannelLogic(call, kEventA, Channel, val);
+    return WriteChannelLogic(call, Channel, val);
 }
 
 }  // namespace IKestrionTriggerPattern
@@ -64,20 +63,20 @@ namespace IKestrionTriggerState {
 
 HRESULT get_ChannelLogic(MemberCall& call, KestrionChannelEnum Channel,
                          KestrionTriggerLogicInputChannelEnum* val) {
-    return ReadChannelLogic(call, kEventA, Channel, val);
+    return ReadChannelLogic(call, Channel, val);
 }
 
 HRESULT put_ChannelLogic(MemberCall& call, KestrionChannelEnum Channel,
                          KestrionTriggerLogicInputChannelEnum val) {
-    return WriteChannelLogic(call, kEventA, Channel, val);
+    return WriteChannelLogic(call, Channel, val);
 }
 
 HRESULT get_ClockEdge(MemberCall& call, KestrionTriggerSlopeEnum* val) {
-    return ReadClockEdge(call, kEventA, val);
+    return ReadClockEdge(call, val);
 }
 
 HRESULT put_ClockEdge(MemberCall& call, KestrionTriggerSlopeEnum val) {
-    return WriteClockEdge(call, kEventA, val);
+    return WriteClockEdge(call, val);
 }
 
 }  // namespace IKestrionTriggerState

@@ -1,21 +1,18 @@
-// Runts and windows as the B event.
-#include "generated/hooks/IKestrionTriggerBRunt.h"
-#include "generated/hooks/IKestrionTriggerBWindow.h"
-#include "scope/trigger_families.h"
+// Runts and windows of both events.
+#include "generated/hooks/IKestrionTriggerRunt.h"
+#include "generated/hooks/IKestrionTriggerWindow.h"
 #include "scope/trigger_other_channels.h"
 #include "scope/trigger_window.h"
 
 namespace kestrion::hooks {
 namespace {
 
-// The states have one set of words, which the window's members list.
-constexpr std::string_view kWords = "IKestrionTriggerBWindow.ChAInput";
-constexpr PulseLogic kRunt = {kEventB, "RUNT", false, kWords};
-constexpr PulseLogic kWindow = {kEventB, "WINDOW", true, kWords};
+constexpr PulseLogic kRunt = {"RUNT", false};
+constexpr PulseLogic kWindow = {"WINDOW", true};
 
 }  // namespace
 
-namespace IKestrionTriggerBRunt {
+namespace IKestrionTriggerRunt {
 
 HRESULT ConfigureLogicCondition(MemberCall& call, KestrionTriggerWindowLogicInputEnum ChAInput,
                                 KestrionTriggerWindowLogicInputEnum ChBInput, double ChAThreshold,
@@ -55,15 +52,14 @@ HRESULT put_ChBThreshold(MemberCall& call, double val) {
     return WriteOtherThreshold(call, kRunt, OtherChannel::kSecond, val);
 }
 
-}  // namespace IKestrionTriggerBRunt
+}  // namespace IKestrionTriggerRunt
 
-namespace IKestrionTriggerBWindow {
+namespace IKestrionTriggerWindow {
 
 HRESULT Configure(MemberCall& call, KestrionChannelEnum Source, KestrionTriggerWindowTypeEnum Type,
                   KestrionTriggerWindowConditionEnum Condition, double Width, double ThresholdLow,
                   double ThresholdHigh) {
-    return ConfigureWindow(call, kEventB,
-                           {Source, Type, Condition, Width, ThresholdLow, ThresholdHigh});
+    return ConfigureWindow(call, {Source, Type, Condition, Width, ThresholdLow, ThresholdHigh});
 }
 
 HRESULT ConfigureLogicCondition(MemberCall& call, KestrionTriggerWindowLogicInputEnum ChAInput,
@@ -105,6 +101,6 @@ HRESULT put_ChBThreshold(MemberCall& call, double val) {
     return WriteOtherThreshold(call, kWindow, OtherChannel::kSecond, val);
 }
 
-}  // namespace IKestrionTriggerBWindow
+}  // namespace IKestrionTriggerWindow
 
 }  // namespace kestrion::hooks
