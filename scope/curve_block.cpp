@@ -3,7 +3,6 @@
 #include <array>
 #include <charconv>
 #include <limits>
-#include <new>
 
 #include "kestrion/platform/error_info.h"
 
@@ -67,8 +66,8 @@ bool CurveBlock::Allocate() {
     if (length_ >= std::numeric_limits<std::uint32_t>::max()) {
         return false;
     }
-    block_.reset(new (std::nothrow) std::uint8_t[length_ + 1]);
-    return block_ != nullptr;
+    block_ = Storage(length_ + 1);
+    return static_cast<bool>(block_);
 }
 
 bool CurveBlock::Unexpected(const char* what) {
@@ -79,14 +78,14 @@ bool CurveBlock::Unexpected(const char* what) {
 bool CurveBlock::ReadData() {
     const auto wanted = static_cast<std::uint32_t>(length_ + 1);
     std::uint32_t actual = 0;
-    steps_.SetStatus(call_.Session().ReadRaw(block_.get(), wanted, &actual));
+    steps_.SetStatus(call_.Session().ReadRaw(block_.Data(), wanted, &actual));
     if (!steps_.Good()) {
         return false;
     }
     if (actual < length_) {
         return Unexpected("The waveform block is shorter than announced.");
     }
-    if (actual == wanted && block_[length_] != '\n') {
+    if (actual == wanted && block_.Data()[length_] != '\n') {
         return Unexpected("The waveform block is longer than announced.");
     }
     // A raw socket can't tell that nothing follows.

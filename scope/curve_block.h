@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <span>
 
+#include "platform/storage.h"
 #include "scope/step_sequence.h"
 
 namespace kestrion {
@@ -28,8 +28,8 @@ class CurveBlock {
     // shorter or longer than its header says is reported as an unexpected response.
     [[nodiscard]] bool ReadData();
     void Unlock();
-    [[nodiscard]] std::span<const std::uint8_t> Bytes() const { return {block_.get(), length_}; }
-    void Free() { block_.reset(); }
+    [[nodiscard]] std::span<const std::uint8_t> Bytes() const { return {block_.Data(), length_}; }
+    void Free() { block_ = Storage(); }
 
   private:
     HRESULT ReadLength();
@@ -38,7 +38,7 @@ class CurveBlock {
     MemberCall& call_;
     StepSequence& steps_;
     std::uint64_t length_ = 0;
-    std::unique_ptr<std::uint8_t[]> block_;
+    Storage block_;
     bool locked_ = false;
 };
 

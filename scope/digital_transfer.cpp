@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kestrion/platform/error_info.h"
+#include "platform/storage.h"
 
 namespace kestrion {
 
@@ -53,7 +54,7 @@ void DigitalTransfer::ReadRecord(SAFEARRAY** packed, double* initialX, double* x
     if (!steps_.Good() || !curve_.Allocate()) {
         return;
     }
-    SafeArrayPtr array(SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(elements)));
+    SafeArrayPtr array(CreateVectorToFill(VT_I4, static_cast<ULONG>(elements)));
     if (!array) {
         return;
     }

@@ -6,6 +6,7 @@
 #include "io/variant_array.h"
 #include "kestrion/interfaces/IKestrionWaveformTransfer.h"
 #include "platform/clipboard.h"
+#include "platform/storage.h"
 #include "platform/text.h"
 #include "scope/digital_transfer.h"
 #include "scope/pixmap_transfer.h"
@@ -81,7 +82,7 @@ HRESULT FetchDigitalWaveform(MemberCall& call, KestrionDigitalChannelEnum Source
         return status;
     }
     const std::span<const LONG> elements = packed.Elements<LONG>();
-    SafeArrayPtr bits(SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(elements.size())));
+    SafeArrayPtr bits(CreateVectorToFill(VT_I4, static_cast<ULONG>(elements.size())));
     if (!bits) {
         return status;
     }

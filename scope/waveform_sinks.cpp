@@ -1,10 +1,12 @@
 #include "scope/waveform_sinks.h"
 
+#include "platform/storage.h"
+
 namespace kestrion {
 namespace {
 
 bool Create(VARTYPE kind, std::size_t elements, SafeArrayPtr& array) {
-    array = SafeArrayPtr(SafeArrayCreateVector(kind, 0, static_cast<ULONG>(elements)));
+    array = SafeArrayPtr(CreateVectorToFill(kind, static_cast<ULONG>(elements)));
     return static_cast<bool>(array);
 }
 

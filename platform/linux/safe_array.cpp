@@ -1,7 +1,6 @@
 #include "kestrion/platform/safe_array.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -9,6 +8,7 @@
 #include "kestrion/platform/bstr.h"
 #include "kestrion/platform/unknown.h"
 #include "kestrion/platform/variant.h"
+#include "platform/storage.h"
 
 namespace {
 
@@ -126,14 +126,20 @@ bool LinearIndex(SAFEARRAY& array, const LONG* indices, std::size_t& linear) {
     return true;
 }
 
-// Zeroed storage; never null for 0 bytes, so that null means failure alone.
-void* AllocateElements(std::size_t count, ULONG size) {
-    return std::calloc(count == 0 ? 1 : count, size);
+std::size_t ByteCount(const SAFEARRAY& array) {
+    return ElementCount(array) * array.cbElements;
 }
 
-}  // namespace
+// Null when memory runs out, or when the bytes are too many to be counted.
+void* AllocateElements(std::size_t count, ULONG size, kestrion::Content content) {
+    if (count > std::numeric_limits<std::size_t>::max() / size) {
+        return nullptr;
+    }
+    return kestrion::AllocateStorage(count * size, content);
+}
 
-SAFEARRAY* SafeArrayCreate(VARTYPE type, UINT dimensions, const SAFEARRAYBOUND* bounds) {
+SAFEARRAY* Create(VARTYPE type, UINT dimensions, const SAFEARRAYBOUND* bounds,
+                  kestrion::Content content) {
     const ULONG size = ElementSize(type);
     if (size == 0 || dimensions < 1 || dimensions > 2 || bounds == nullptr) {
         return nullptr;
@@ -148,12 +154,23 @@ SAFEARRAY* SafeArrayCreate(VARTYPE type, UINT dimensions, const SAFEARRAYBOUND* 
     for (UINT d = 1; d <= dimensions; ++d) {
         Bound(*array, d) = bounds[d - 1];
     }
-    array->pvData = AllocateElements(ElementCount(*array), size);
+    array->pvData = AllocateElements(ElementCount(*array), size, content);
     if (array->pvData == nullptr) {
         delete array;
         return nullptr;
     }
     return array;
+}
+
+// What owns nothing outside of the array.
+bool IsNumber(VARTYPE type) {
+    return type != VT_BSTR && type != VT_UNKNOWN && type != VT_DISPATCH && type != VT_VARIANT;
+}
+
+}  // namespace
+
+SAFEARRAY* SafeArrayCreate(VARTYPE type, UINT dimensions, const SAFEARRAYBOUND* bounds) {
+    return Create(type, dimensions, bounds, kestrion::Content::kZero);
 }
 
 SAFEARRAY* SafeArrayCreateVector(VARTYPE type, LONG lowerBound, ULONG elements) {
@@ -169,7 +186,7 @@ HRESULT SafeArrayDestroy(SAFEARRAY* array) {
         return DISP_E_ARRAYISLOCKED;
     }
     FreeElements(*array, 0, ElementCount(*array));
-    std::free(array->pvData);
+    kestrion::FreeStorage(array->pvData, ByteCount(*array));
     delete array;
     return S_OK;
 }
@@ -293,7 +310,7 @@ HRESULT SafeArrayRedim(SAFEARRAY* array, const SAFEARRAYBOUND* lastBound) {
     const std::size_t before = ElementCount(*array);
     const std::size_t other = array->cDims == 2 ? Bound(*array, 1).cElements : 1;
     const std::size_t after = other * lastBound->cElements;
-    void* storage = AllocateElements(after, array->cbElements);
+    void* storage = AllocateElements(after, array->cbElements, kestrion::Content::kZero);
     if (storage == nullptr) {
         return E_OUTOFMEMORY;
     }
@@ -301,8 +318,17 @@ HRESULT SafeArrayRedim(SAFEARRAY* array, const SAFEARRAYBOUND* lastBound) {
     const std::size_t kept = before < after ? before : after;
     std::memcpy(storage, array->pvData, kept * array->cbElements);
     FreeElements(*array, kept, before);
-    std::free(array->pvData);
+    kestrion::FreeStorage(array->pvData, ByteCount(*array));
     array->pvData = storage;
     Bound(*array, array->cDims) = *lastBound;
     return S_OK;
 }
+
+namespace kestrion {
+
+SAFEARRAY* CreateVectorToFill(VARTYPE type, ULONG elements) {
+    const SAFEARRAYBOUND bound{elements, 0};
+    return IsNumber(type) ? Create(type, 1, &bound, Content::kUndefined) : nullptr;
+}
+
+}  // namespace kestrion
