@@ -7,10 +7,8 @@ namespace bench {
 inline constexpr int kClientCore = 0;
 inline constexpr int kOtherCore = 1;
 
-// Threads that the calling one makes later inherit it. Throws std::system_error where the system
-// has no such core.
+// Threads and processes that the calling one makes later inherit it. Throws std::system_error where
+// the system has no such core.
 void PinThisThread(int core);
-// Back to all cores.
-void UnpinThisThread();
 
 }  // namespace bench

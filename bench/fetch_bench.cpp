@@ -2,10 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <map>
-#include <memory>
+#include <iterator>
 #include <string>
 
 #include "bench/cores.h"
@@ -123,10 +120,5 @@ int Main(int argc, char** argv) {
 }  // namespace bench
 
 int main(int argc, char** argv) {
-    try {
-        return bench::Main(argc, argv);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_fetch: %s\n", error.what());
-        return 1;
-    }
+    return bench::RunProgram(bench::Main, argc, argv);
 }

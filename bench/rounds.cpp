@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cstdio>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <optional>
@@ -56,6 +57,15 @@ int RunInRounds(int argc, char** argv) {
         report << (round + 1 < rounds ? ",\n" : "]\n") << std::flush;
     }
     return report.good() ? 0 : 1;
+}
+
+int RunProgram(int (*program)(int argc, char** argv), int argc, char** argv) {
+    try {
+        return program(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+        return 1;
+    }
 }
 
 }  // namespace bench

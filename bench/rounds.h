@@ -9,4 +9,7 @@ namespace bench {
 // round, and those of Google Benchmark. Gives what main returns.
 int RunInRounds(int argc, char** argv);
 
+// The main of a program: what `program` throws is printed and ends it with 1.
+int RunProgram(int (*program)(int argc, char** argv), int argc, char** argv);
+
 }  // namespace bench

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,9 @@ namespace bench {
 // Each connection has a thread and a state.
 class ServerProcess {
   public:
-    // On that core, with a block of so many bytes to answer curve queries from. Call it before the
-    // process has other threads. Throws std::system_error.
-    ServerProcess(int core, std::size_t longestRecord);
+    // On that core, or on any; with a block of so many bytes to answer curve queries from. Call it
+    // before the process has other threads. Throws std::system_error.
+    ServerProcess(std::optional<int> core, std::size_t longestRecord);
     ServerProcess(const ServerProcess&) = delete;
     ServerProcess& operator=(const ServerProcess&) = delete;
     ~ServerProcess();

@@ -123,10 +123,13 @@ std::string MakeBlock(std::size_t size) {
     return block;
 }
 
-[[noreturn]] void RunServer(const Handle& listener, int core, std::size_t longestRecord) {
+[[noreturn]] void RunServer(const Handle& listener, std::optional<int> core,
+                            std::size_t longestRecord) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     try {
-        PinThisThread(core);
+        if (core) {
+            PinThisThread(*core);
+        }
         const std::string block = MakeBlock(longestRecord);
         for (;;) {
             // Threads are on the core of the one that makes them.
@@ -147,7 +150,7 @@ std::string ResourceOf(std::uint16_t port) {
 
 }  // namespace
 
-ServerProcess::ServerProcess(int core, std::size_t longestRecord) {
+ServerProcess::ServerProcess(std::optional<int> core, std::size_t longestRecord) {
     const Handle listener = Listen();
     port_ = PortOf(listener);
     process_ = Checked(fork(), "fork");
