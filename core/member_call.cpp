@@ -1,17 +1,11 @@
 #include "core/member_call.h"
 
-#include <algorithm>
-#include <array>
-
 #include "core/parameter.h"
 #include "io/format_text_writer.h"
 #include "tables/model_families.h"
 
 namespace kestrion {
 namespace {
-
-// The running command is text already, so it goes out as an argument and isn't read as a format.
-constexpr std::string_view kCommandFormat = "%$Cs";
 
 // Keeps a command on the node for the life time of the guard.
 class RunningCommand {
@@ -43,7 +37,7 @@ HRESULT MemberCall::RunCommand(std::span<const ArgSlot> arguments, FunctionRef<H
 
 HRESULT MemberCall::SendCommand() {
     const FormattedCommand* running = node_.TopCommand();
-    return running == nullptr ? E_UNEXPECTED : Session().Printf(kCommandFormat, &running->command);
+    return running == nullptr ? E_UNEXPECTED : Session().WriteString(std::string_view(running->command), true);
 }
 
 HRESULT MemberCall::QueryFormatted(std::int32_t timeout, std::span<const ArgSlot> targets) {
@@ -51,14 +45,8 @@ HRESULT MemberCall::QueryFormatted(std::int32_t timeout, std::span<const ArgSlot
     if (running == nullptr) {
         return E_UNEXPECTED;
     }
-    if (targets.size() > kMaxParameters) {
-        return E_INVALIDARG;
-    }
-    std::array<ArgSlot, kMaxParameters + 1> slots;
-    slots.front() = ArgSlot(&running->command);
-    std::ranges::copy(targets, slots.begin() + 1);
-    const HRESULT status = Session().VQueryf(kCommandFormat, running->response, timeout,
-                                             std::span(slots).first(targets.size() + 1));
+    const HRESULT status =
+        Session().VQueryScanf(running->command, running->response, timeout, targets);
     // More of the response may be left; the next query throws it away.
     return status == IoStatusMoreData ? S_OK : status;
 }

@@ -2,8 +2,27 @@
 
 #include <span>
 
+#include "io/byte_set.h"
+
 namespace kestrion {
 namespace {
+
+// Every conversion is tried against many rows, so that the sets are asked often.
+constexpr ByteSet kBlanks(" \t");
+constexpr ByteSet kDigits("0123456789");
+constexpr ByteSet kZero("0");
+constexpr ByteSet kNumericForms("123HQB");
+constexpr ByteSet kFlags(" -+0");
+constexpr ByteSet kSeparatorLetters(",;:strn");
+constexpr ByteSet kNameCharacters(
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_");
+constexpr ByteSet kIntegerLengths("lhbI");
+constexpr ByteSet kIntegers("dioux");
+constexpr ByteSet kRealLengths("lL");
+constexpr ByteSet kReals("feEgG");
+constexpr ByteSet kBlockLengths("hlzZI");
+constexpr ByteSet kRawLengths("hlI");
+constexpr ByteSet kQuotes("qQ");
 
 // Walks along the format. An element that may be absent moves on if it is there; an element that
 // has to be there also tells whether it was.
@@ -20,13 +39,13 @@ class Scanner {
         at_ += there ? 1U : 0U;
         return there;
     }
-    bool TakeAny(std::string_view set) {
-        const bool there = at_ < text_.size() && set.find(text_[at_]) != std::string_view::npos;
+    bool TakeAny(const ByteSet& set) {
+        const bool there = at_ < text_.size() && set.Has(text_[at_]);
         at_ += there ? 1U : 0U;
         return there;
     }
     // Zero or more of the set; tells whether there was one.
-    bool TakeRun(std::string_view set) {
+    bool TakeRun(const ByteSet& set) {
         const std::size_t from = at_;
         while (TakeAny(set)) {
         }
@@ -53,8 +72,8 @@ class Scanner {
         at_ = found == std::string_view::npos ? text_.size() : found;
         return at_ != from;
     }
-    void Blanks() { TakeRun(" \t"); }
-    bool Digits() { return TakeRun("0123456789"); }
+    void Blanks() { TakeRun(kBlanks); }
+    bool Digits() { return TakeRun(kDigits); }
 
   private:
     std::string_view text_;
@@ -65,7 +84,7 @@ class Scanner {
 using Step = bool (*)(Scanner&);
 
 bool Literal(Scanner& s) {
-    return s.TakeAllBut('%') || s.TakeWord("%%");
+    return s.Peek() == '%' ? s.TakeWord("%%") : s.TakeAllBut('%');
 }
 
 bool Percent(Scanner& s) {
@@ -79,7 +98,7 @@ bool Percent(Scanner& s) {
 // `@1` to `@B`.
 bool NumericForm(Scanner& s) {
     if (s.Take('@')) {
-        if (!s.TakeAny("123HQB")) {
+        if (!s.TakeAny(kNumericForms)) {
             return false;
         }
         s.Blanks();
@@ -89,7 +108,7 @@ bool NumericForm(Scanner& s) {
 
 // Digits, or `*` with zeros in front of it.
 bool NumberWidth(Scanner& s) {
-    const bool zeros = s.TakeRun("0");
+    const bool zeros = s.TakeRun(kZero);
     if (s.Take('*') || s.Digits() || zeros) {
         s.Blanks();
     }
@@ -111,7 +130,7 @@ bool WriteNumber(Scanner& s) {
     char last = '\0';  // the last flag that isn't a blank
     while (s.Peek() == ' ' || s.Peek() == '-' || s.Peek() == '+' || s.Peek() == '0') {
         last = s.Peek() == ' ' ? last : s.Peek();
-        s.TakeAny(" -+0");
+        s.TakeAny(kFlags);
     }
     if (s.Peek() == '\t') {
         // A tab ends the flags, and only a width may have blanks behind it: the zeros in front of
@@ -152,8 +171,6 @@ bool VariantArray(Scanner& s) {
     return true;
 }
 
-constexpr std::string_view kSeparatorLetters = ",;:strn";
-
 // The array part: separator, element count, `$S`.
 bool WriteArray(Scanner& s) {
     if (!s.Take(',') && !(s.Take('(') && s.TakeAny(kSeparatorLetters) && s.Take(')'))) {
@@ -176,7 +193,7 @@ bool EnumName(Scanner& s) {
         return false;
     }
     s.Blanks();
-    if (!s.TakeRun("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_")) {
+    if (!s.TakeRun(kNameCharacters)) {
         return false;
     }
     s.Blanks();
@@ -203,32 +220,32 @@ bool ByteOrder(Scanner& s) {
 }
 
 bool IntegerEnd(Scanner& s) {
-    s.TakeAny("lhbI");
-    return s.TakeAny("dioux");
+    s.TakeAny(kIntegerLengths);
+    return s.TakeAny(kIntegers);
 }
 
 bool RealEnd(Scanner& s) {
-    s.TakeAny("lL");
-    return s.TakeAny("feEgG");
+    s.TakeAny(kRealLengths);
+    return s.TakeAny(kReals);
 }
 
 bool DefiniteBlockEnd(Scanner& s) {
-    s.TakeAny("hlzZI");
+    s.TakeAny(kBlockLengths);
     return s.Take('b');
 }
 
 bool IndefiniteBlockEnd(Scanner& s) {
-    s.TakeAny("hlzZI");
+    s.TakeAny(kBlockLengths);
     return s.Take('B');
 }
 
 bool RawEnd(Scanner& s) {
-    s.TakeAny("hlI");
+    s.TakeAny(kRawLengths);
     return s.Take('y');
 }
 
 bool QuotedEnd(Scanner& s) {
-    s.TakeAny("qQ");
+    s.TakeAny(kQuotes);
     return s.Take('s');
 }
 

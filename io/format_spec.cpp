@@ -3,12 +3,16 @@
 #include <cstdlib>
 #include <limits>
 
+#include "io/byte_set.h"
 #include "platform/text.h"
 
 namespace kestrion {
 namespace {
 
-constexpr std::string_view kNumberLetters = "diouxfeEgG";
+constexpr ByteSet kNumberLetters("diouxfeEgG");
+constexpr ByteSet kNumberLengths("lhbIL");
+constexpr ByteSet kBlockLetters("bBy");
+constexpr ByteSet kBlockLengths("hlIzZ");
 
 bool IsDigit(char c) {
     return c >= '0' && c <= '9';
@@ -50,11 +54,10 @@ class SpecParser {
 
   private:
     bool ModifierAt(char c) const {
-        if (kNumberLetters.find(to_.letter) != std::string_view::npos) {
-            return std::string_view("lhbIL").find(c) != std::string_view::npos;
+        if (kNumberLetters.Has(to_.letter)) {
+            return kNumberLengths.Has(c);
         }
-        return std::string_view("bBy").find(to_.letter) != std::string_view::npos &&
-               std::string_view("hlIzZ").find(c) != std::string_view::npos && !EndsInByteOrder();
+        return kBlockLetters.Has(to_.letter) && kBlockLengths.Has(c) && !EndsInByteOrder();
     }
     // The l of `!ol` isn't a length.
     bool EndsInByteOrder() const { return text_.substr(0, text_.size() - 1).ends_with("!ol"); }
@@ -89,7 +92,7 @@ class SpecParser {
             SkipBlanks();
             return;
         }
-        const bool number = kNumberLetters.find(to_.letter) != std::string_view::npos;
+        const bool number = kNumberLetters.Has(to_.letter);
         for (;; text_.remove_prefix(1)) {
             switch (Front()) {
                 case '-':
@@ -203,7 +206,7 @@ HRESULT ParseConversion(std::string_view piece, FormatDirection direction,
 }
 
 void ResolveWriteArguments(FormatConversion& conversion, ArgCursor& args) {
-    const bool isBlock = std::string_view("bBy").find(conversion.letter) != std::string_view::npos;
+    const bool isBlock = kBlockLetters.Has(conversion.letter);
     if (conversion.width.source == NumberSource::kArguments && isBlock) {
         conversion.width.value = TakeInt32(args);  // a count
     } else if (conversion.width.source == NumberSource::kArguments) {

@@ -92,6 +92,7 @@ HRESULT CInstrBuffer::Fill() {
     std::uint32_t count = 0;
     const HRESULT status =
         io_.LowLevelReadNoPoll(readBuffer_.get(), readCapacity_, &count, kKeepTimeout);
+    readUsed_ = std::max(readUsed_, Failed(status) ? readCapacity_ : count);
     if (Failed(status)) {
         return status;
     }
@@ -282,7 +283,8 @@ HRESULT CInstrBuffer::FlushRead() {
 }
 
 void CInstrBuffer::EndResponse() {
-    std::fill_n(readBuffer_.get(), readCapacity_, BYTE{0});
+    std::fill_n(readBuffer_.get(), readUsed_, BYTE{0});
+    readUsed_ = 0;
     readCount_ = 0;
     readPayload_ = 0;
     readPosition_ = 0;
@@ -396,7 +398,7 @@ HRESULT CInstrBuffer::SendBuffer(bool withTerminator) {
 }
 
 void CInstrBuffer::ForgetWritten() {
-    std::fill_n(writeBuffer_.get(), writeCapacity_ + writeTerminator_.size(), BYTE{0});
+    std::fill_n(writeBuffer_.get(), writeCount_ + writeTerminator_.size(), BYTE{0});
     writeCount_ = 0;
 }
 
@@ -428,6 +430,7 @@ HRESULT CInstrBuffer::ResizeRead(std::uint32_t size) {
     }
     readBuffer_ = std::move(memory);
     readCapacity_ = size;
+    readUsed_ = 0;
     EndResponse();
     return S_OK;
 }

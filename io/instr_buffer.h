@@ -104,6 +104,7 @@ class CInstrBuffer final : public IIoBuffer {
     std::uint32_t readPayload_ = 0;
     std::uint32_t writeCount_ = 0;
     std::uint32_t readPosition_ = 0;
+    std::uint32_t readUsed_ = 0;  // bytes of the read buffer that may be other than zero
     bool responseEnded_ = true;
     bool deviceDrained_ = true;
     std::string writeTerminator_;

@@ -187,4 +187,16 @@ HRESULT CIoSession::QueryfOf(std::string_view command, std::string_view response
     });
 }
 
+HRESULT CIoSession::QueryScanfOf(std::string_view command, std::string_view response,
+                                 std::int32_t timeout, ArgList args, Polling polling) {
+    return Run(timeout, polling, [&] {
+        HRESULT status = buffer_->FlushRead();
+        if (!Failed(status)) {
+            status = buffer_->WriteText(command, nullptr, true);
+        }
+        ArgCursor cursor(args);
+        return Failed(status) ? status : FormatRead(*buffer_, response, cursor, formatter_);
+    });
+}
+
 }  // namespace kestrion

@@ -99,6 +99,8 @@ class CIoSession : public virtual IIoSession, public ILowLevelIo {
                     bool flush) override;
     HRESULT QueryfOf(std::string_view command, std::string_view response, std::int32_t timeout,
                      ArgList args, Polling polling) override;
+    HRESULT QueryScanfOf(std::string_view command, std::string_view response, std::int32_t timeout,
+                         ArgList args, Polling polling) override;
     HRESULT QueryStringOf(std::string_view command, BSTR* text, std::int32_t timeout,
                           Polling polling) override;
     HRESULT QueryStringOf(std::string_view command, std::string* text, std::int32_t timeout,

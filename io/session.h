@@ -98,6 +98,11 @@ struct IIoSession : IoSessionFamilies {
                           ArgList args) {
         return QueryfOf(command, response, timeout, args, Polling::kOff);
     }
+    // The same with a command that is text already and is sent as it stands.
+    HRESULT VQueryScanf(std::string_view command, std::string_view response, std::int32_t timeout,
+                        ArgList args) {
+        return QueryScanfOf(command, response, timeout, args, Polling::kOn);
+    }
     template <typename... T>
     HRESULT Printf(std::string_view format, T... args) {
         return VPrintf(format, PackArgs(args...));

@@ -32,6 +32,9 @@ struct IoSessionCores {
                             bool flush) = 0;
     virtual HRESULT QueryfOf(std::string_view command, std::string_view response,
                              std::int32_t timeout, ArgList args, Polling polling) = 0;
+    // The command as it stands, the response by a format.
+    virtual HRESULT QueryScanfOf(std::string_view command, std::string_view response,
+                                 std::int32_t timeout, ArgList args, Polling polling) = 0;
     virtual HRESULT QueryStringOf(std::string_view command, BSTR* text, std::int32_t timeout,
                                   Polling polling) = 0;
     virtual HRESULT QueryStringOf(std::string_view command, std::string* text, std::int32_t timeout,

@@ -81,6 +81,7 @@ Transfer SocketLink::Write(std::span<const std::byte> bytes, bool /*sendEnd*/, c
         const auto result = socket_->Send(bytes.subspan(sent));
         if (result.state == SocketState::kDone) {
             sent += result.count;
+            answerDue_ = true;
             timer.Transferred(result.count, Clock::now());
         } else if (result.state != SocketState::kWouldBlock) {
             return {Ended(result.state), sent};
@@ -93,6 +94,11 @@ Transfer SocketLink::Write(std::span<const std::byte> bytes, bool /*sendEnd*/, c
 
 ViStatus SocketLink::Receive(std::span<std::byte> target, const Deadline& deadline,
                              const Call& call, std::size_t& count) {
+    // Right behind a message there is nothing to receive yet: a first try would be a system call
+    // for nothing.
+    if (answerDue_.exchange(false) && !socket_->WaitUntilReadable(deadline)) {
+        return VI_ERROR_TMO;
+    }
     for (;;) {
         if (call.IsStopped()) {
             return VI_ERROR_ABORT;

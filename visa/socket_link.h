@@ -53,6 +53,9 @@ class SocketLink final : public Link {
     std::atomic<bool> keepAlive_ = false;
     std::atomic<bool> aborted_ = false;
 
+    // True from a message to the first wait for its answer.
+    std::atomic<bool> answerDue_ = false;
+
     Turn reading_;
     Turn writing_;
 

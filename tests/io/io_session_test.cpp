@@ -52,6 +52,7 @@ TEST_F(ClosedIoSessionTest, EveryKindOfOperationIsRefusedAsNotInitialized) {
                                session.ScanfNoFlush("%d", &number),
                                session.Queryf("X?", "%d", &number),
                                session.QueryfNoPoll("X?", "%d", &number),
+                               session.VQueryScanf("X?", "%d", kKeepTimeout, {}),
                                session.QueryString("X?", &text),
                                session.QueryNumber("X?", &values[0], true),
                                session.QueryList("X?", values, 2, &number, ","),
@@ -220,6 +221,36 @@ TEST_F(IoSessionTest, QueryfTakesItsArgumentsForTheCommandFirst) {
     EXPECT_EQ(slope, 0);
     EXPECT_EQ(poller.polls, 1);
     EXPECT_TRUE(fake.Finished());
+}
+
+TEST_F(IoSessionTest, QueryScanfSendsItsCommandAsItStands) {
+    fake.Expect("100%d\\;%%?\n").Reply("2.5;7\n");
+    double scale = 0.0;
+    std::int32_t count = 0;
+    const auto targets = PackArgs(&scale, &count);
+    EXPECT_EQ(session.VQueryScanf("100%d\\;%%?", "%lf;%d", kKeepTimeout, targets), S_OK);
+    EXPECT_EQ(scale, 2.5);
+    EXPECT_EQ(count, 7);
+    EXPECT_EQ(poller.polls, 1);
+}
+
+TEST_F(IoSessionTest, QueryScanfDiscardsWhatIsLeftOfAnEarlierResponse) {
+    fake.Expect("A?\n").Reply("1;2\n");
+    fake.Expect("B?\n").Reply("5\n");
+    std::int32_t value = 0;
+    EXPECT_EQ(session.Queryf("A?", "%d", &value), IoStatusMoreData);
+    const auto targets = PackArgs(&value);
+    EXPECT_EQ(session.VQueryScanf("B?", "%d", kKeepTimeout, targets), S_OK);
+    EXPECT_EQ(value, 5);
+}
+
+TEST_F(IoSessionTest, QueryScanfWhoseWriteFailsNeitherReadsNorPolls) {
+    fake.FailFunction("viWrite", kVisaIoError);
+    std::int32_t value = 3;
+    const auto targets = PackArgs(&value);
+    EXPECT_EQ(session.VQueryScanf("X?", "%d", kKeepTimeout, targets), kMappedIoError);
+    EXPECT_EQ(value, 3);
+    EXPECT_EQ(poller.polls, 0);
 }
 
 TEST_F(IoSessionTest, QueryfNoPollDoesNotPoll) {
