@@ -1,0 +1,1 @@
+"""What scripts/bench is made of: its programs, their budgets, and the reports."""
