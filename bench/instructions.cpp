@@ -1,0 +1,110 @@
+// One call of a member over a canned VISA library, for counting its instructions:
+// bench_instructions get|set|query
+//
+// The call that counts runs in a function of its own, MeasuredCall, which the counter is told to
+// watch; the same call has run before, so that what is made on first use is there.
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string_view>
+
+#include "bench/rounds.h"
+#include "core/driver.h"
+#include "hosting/create.h"
+#include "hosting/objects.h"
+#include "kestrion/kestrion.h"
+#include "tests/core/quiet_visa.h"
+
+namespace bench {
+namespace {
+
+using Member = std::function<HRESULT()>;
+
+}  // namespace
+
+[[gnu::noinline]] HRESULT MeasuredCall(const Member& member) {
+    const HRESULT status = member();
+    // Something behind the call, so that it isn't left by a jump.
+    asm volatile("" ::: "memory");
+    return status;
+}
+
+namespace {
+
+void Require(HRESULT status) {
+    if (status != S_OK) {
+        throw std::runtime_error("a call failed");
+    }
+}
+
+kestrion::ComPtr<IKestrion> Open(kestrion::test::QuietVisa& visa, std::string_view options) {
+    kestrion::DriverEnvironment environment;
+    environment.makeRepCap = kestrion::MakeRepCap;
+    environment.clock = &kestrion::SystemClock();
+    environment.chooseVisa = [&visa](std::string_view) {
+        return kestrion::VisaSelection{std::make_shared<const kestrion::VisaLibrary>(
+                                           visa.Table(), "canned", "to be counted", nullptr),
+                                       {}};
+    };
+    kestrion::ComPtr<IKestrion> scope;
+    Require(kestrion::CreateKestrion(std::move(environment), scope.Out()));
+    visa.AnswerWith("KESTRION,PL7254C,1,1\n");
+    const kestrion::BstrPtr resource(std::string_view("GPIB0::1::INSTR"));
+    const kestrion::BstrPtr text(options);
+    Require(scope->Initialize(resource.Get(), VARIANT_FALSE, VARIANT_FALSE, text.Get()));
+    return scope;
+}
+
+void Measure(const Member& member) {
+    Require(member());
+    Require(member());
+    Require(MeasuredCall(member));
+}
+
+void MeasureSimulatedGet() {
+    kestrion::test::QuietVisa visa;
+    const auto scope = Open(visa, "simulate=true,DriverSetup=Model=PL7254C");
+    const auto acquisition = kestrion::Query<IIviScopeAcquisition>(scope.Get());
+    Require(acquisition->put_NumberOfAverages(7));
+    LONG value = 0;
+    Measure([&] { return acquisition->get_NumberOfAverages(&value); });
+}
+
+void MeasureSet() {
+    kestrion::test::QuietVisa visa;
+    const auto scope = Open(visa, "");
+    const auto acquisition = kestrion::Query<IKestrionAcquisition>(scope.Get());
+    Measure([&] { return acquisition->put_NumberAverages(16); });
+}
+
+void MeasureQuery() {
+    kestrion::test::QuietVisa visa;
+    const auto scope = Open(visa, "");
+    const auto acquisition = kestrion::Query<IKestrionAcquisition>(scope.Get());
+    visa.AnswerWith("AVERAGE\n");
+    auto mode = KestrionAcquisitionModeSample;
+    Measure([&] { return acquisition->get_Mode(&mode); });
+}
+
+int Main(int argc, char** argv) {
+    const std::string_view what = argc > 1 ? argv[1] : "";
+    if (what == "get") {
+        MeasureSimulatedGet();
+    } else if (what == "set") {
+        MeasureSet();
+    } else if (what == "query") {
+        MeasureQuery();
+    } else {
+        std::fprintf(stderr, "name one of get, set and query\n");
+        return 2;
+    }
+    return 0;
+}
+
+}  // namespace
+}  // namespace bench
+
+int main(int argc, char** argv) {
+    return bench::RunProgram(bench::Main, argc, argv);
+}
