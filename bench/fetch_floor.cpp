@@ -16,8 +16,7 @@ FetchFloor::FetchFloor(std::uint16_t port, std::vector<Exchange> messages, std::
       messages_(std::move(messages)),
       points_(points),
       headerSize_(2 + std::to_string(points).size()),
-      block_(headerSize_ + points + 1),
-      volts_(points) {
+      blockSize_(headerSize_ + points + 1) {
     while (curve_ < messages_.size() && messages_[curve_].message != kCurveMessage) {
         ++curve_;
     }
@@ -25,6 +24,11 @@ FetchFloor::FetchFloor(std::uint16_t port, std::vector<Exchange> messages, std::
         throw std::runtime_error("these messages are no fetch");
     }
     client_.Send("HORIZONTAL:RECORDLENGTH " + std::to_string(points) + "\n");
+}
+
+char* FetchFloor::KeptBlock() {
+    block_.resize(blockSize_);
+    return block_.data();
 }
 
 // Header, points and newline in one go.
@@ -38,7 +42,7 @@ void FetchFloor::ReceiveBlock(std::span<char> buffer) {
 void FetchFloor::ReceiveAndConvert(char* buffer, double* volts) {
     const std::span all(messages_);
     client_.Exchange(all.first(curve_ + 1));
-    ReceiveBlock({buffer, block_.size()});
+    ReceiveBlock({buffer, blockSize_});
     client_.Exchange(all.subspan(curve_ + 1));
     ConvertToVolts({buffer + headerSize_, points_}, 4e-3, 0.0, 0.0, volts);
 }
@@ -46,22 +50,23 @@ void FetchFloor::ReceiveAndConvert(char* buffer, double* volts) {
 void FetchFloor::Fetch(FloorMemory memory) {
     switch (memory) {
         case FloorMemory::kReused:
-            return ReceiveAndConvert(block_.data(), volts_.data());
+            volts_.resize(points_);
+            return ReceiveAndConvert(KeptBlock(), volts_.data());
         case FloorMemory::kPlain: {
             const std::unique_ptr<double[]> volts(new double[points_]);
-            return ReceiveAndConvert(block_.data(), volts.get());
+            return ReceiveAndConvert(KeptBlock(), volts.get());
         }
         case FloorMemory::kHuge: {
             const HugeMemory volts(points_ * sizeof(double));
-            return ReceiveAndConvert(block_.data(), static_cast<double*>(volts.Get()));
+            return ReceiveAndConvert(KeptBlock(), static_cast<double*>(volts.Get()));
         }
         case FloorMemory::kPlainWithBuffer: {
-            const std::unique_ptr<char[]> block(new char[block_.size()]);
+            const std::unique_ptr<char[]> block(new char[blockSize_]);
             const std::unique_ptr<double[]> volts(new double[points_]);
             return ReceiveAndConvert(block.get(), volts.get());
         }
         case FloorMemory::kHugeWithBuffer: {
-            const HugeMemory block(block_.size());
+            const HugeMemory block(blockSize_);
             const HugeMemory volts(points_ * sizeof(double));
             return ReceiveAndConvert(static_cast<char*>(block.Get()),
                                      static_cast<double*>(volts.Get()));
@@ -70,8 +75,9 @@ void FetchFloor::Fetch(FloorMemory memory) {
 }
 
 void FetchFloor::FetchCurve() {
+    volts_.resize(points_);
     client_.Send(kCurveMessage);
-    ReceiveBlock(block_);
+    ReceiveBlock({KeptBlock(), blockSize_});
     ConvertToVolts({block_.data() + headerSize_, points_}, 4e-3, 0.0, 0.0, volts_.data());
 }
 

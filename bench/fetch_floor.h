@@ -34,6 +34,8 @@ class FetchFloor {
     [[nodiscard]] std::span<const double> Volts() const { return volts_; }
 
   private:
+    // Made with the first fetch that keeps it.
+    [[nodiscard]] char* KeptBlock();
     void ReceiveBlock(std::span<char> buffer);
     void ReceiveAndConvert(char* buffer, double* volts);
 
@@ -42,6 +44,7 @@ class FetchFloor {
     std::size_t curve_ = 0;
     std::size_t points_;
     std::size_t headerSize_;
+    std::size_t blockSize_;
     std::vector<char> block_;
     std::vector<double> volts_;
 };
