@@ -85,10 +85,11 @@ class SetupTest(ToolTest):
         self.assertTrue(self.calls()[1].endswith("recommends " + " ".join(BUILD_PACKAGES)))
 
     def test_groups_are_added_up(self) -> None:
-        result = self.setup_script("build", "format", "fuzz", "lint", installed=BUILD_PACKAGES)
+        result = self.setup_script("build", "bench", "format", "fuzz", "lint",
+                                   installed=BUILD_PACKAGES)
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertTrue(self.calls()[1].endswith(
-            "recommends clang-format clang libclang-rt-dev clang-tidy"))
+            "recommends libbenchmark-dev valgrind clang-format clang libclang-rt-dev clang-tidy"))
 
     def test_an_ordinary_user_installs_by_sudo(self) -> None:
         self.user(1000)
@@ -129,7 +130,7 @@ class SetupTest(ToolTest):
     def test_an_unknown_group_is_refused_with_the_known_ones(self) -> None:
         result = self.setup_script("everything", installed=[])
         self.assertEqual((result.returncode, self.calls()), (1, []))
-        self.assertIn("'everything'; the groups are build, format, fuzz and lint", result.stderr)
+        self.assertIn("'everything'; the groups are build, bench, format, fuzz and lint", result.stderr)
 
 
 if __name__ == "__main__":
