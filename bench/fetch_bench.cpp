@@ -90,8 +90,6 @@ void RegisterSize(const Size& size, const Subjects& subjects) {
         {"plain", FloorMemory::kPlain},
         {"huge", FloorMemory::kHuge},
         {"reused", FloorMemory::kReused},
-        {"plain_with_buffer", FloorMemory::kPlainWithBuffer},
-        {"huge_with_buffer", FloorMemory::kHugeWithBuffer},
     };
     for (const auto& [name, memory] : floors) {
         Register(size, name, [&subjects, points, memory = memory](benchmark::State& state) {

@@ -15,7 +15,8 @@ enum class FloorMemory {
     kPlain,   // a fresh array from the allocator for each fetch
     kHuge,    // a fresh array of huge pages for each fetch
     kReused,  // one array for all fetches
-    // As kPlain and kHuge, with the buffer of the block just as fresh; the others keep the buffer.
+    // As kPlain and kHuge, with the buffer of the block just as fresh, for measurements of memory;
+    // the others keep the buffer.
     kPlainWithBuffer,
     kHugeWithBuffer,
 };
