@@ -37,7 +37,8 @@ HRESULT MemberCall::RunCommand(std::span<const ArgSlot> arguments, FunctionRef<H
 
 HRESULT MemberCall::SendCommand() {
     const FormattedCommand* running = node_.TopCommand();
-    return running == nullptr ? E_UNEXPECTED : Session().WriteString(std::string_view(running->command), true);
+    return running == nullptr ? E_UNEXPECTED
+                              : Session().WriteString(std::string_view(running->command), true);
 }
 
 HRESULT MemberCall::QueryFormatted(std::int32_t timeout, std::span<const ArgSlot> targets) {

@@ -15,17 +15,13 @@ HRESULT WriteLiteral(IIoBuffer& buffer, std::string_view text) {
     if (text.starts_with('%')) {
         text.remove_prefix(1);  // a percent sign is written as two
     }
-    // A line feed sends what there is up to it.
-    HRESULT status = S_OK;
-    while (!text.empty() && Succeeded(status)) {
-        const std::size_t lineFeed = text.find('\n');
-        const bool endsLine = lineFeed != std::string_view::npos;
-        const std::string_view line = text.substr(0, endsLine ? lineFeed + 1 : lineFeed);
-        status = buffer.WriteBytes(reinterpret_cast<const BYTE*>(line.data()),
-                                   static_cast<std::uint32_t>(line.size()), nullptr, endsLine);
-        text.remove_prefix(line.size());
+    for (const char c : text) {
+        const HRESULT status = buffer.WriteChar(static_cast<BYTE>(c), c == '\n');
+        if (Failed(status)) {
+            return status;
+        }
     }
-    return status;
+    return S_OK;
 }
 
 bool IsArrayRow(WriteRow row) {

@@ -1,6 +1,8 @@
 // Reads whose arrays and texts find no memory: each allocation fails in turn, the status and the
 // report tell so, nothing is handed out, and the session goes on. This program's calloc is the one
 // below (see CMakeLists.txt): arrays and counted texts come from it.
+#include <sys/mman.h>
+
 #include <cstdlib>
 #include <functional>
 #include <string>
@@ -12,6 +14,10 @@ namespace {
 
 int allocationThatFails = 0;  // counted from 1; 0 for none
 
+bool FailsNow() {
+    return allocationThatFails > 0 && --allocationThatFails == 0;
+}
+
 }  // namespace
 
 extern "C" {
@@ -19,10 +25,17 @@ void* __real_calloc(std::size_t count, std::size_t size);
 void* __wrap_calloc(std::size_t count, std::size_t size);
 
 void* __wrap_calloc(std::size_t count, std::size_t size) {
-    if (allocationThatFails > 0 && --allocationThatFails == 0) {
-        return nullptr;
-    }
-    return __real_calloc(count, size);
+    return FailsNow() ? nullptr : __real_calloc(count, size);
+}
+
+void* __real_mmap(void* address, std::size_t length, int protection, int flags, int file,
+                  off_t offset);
+void* __wrap_mmap(void* address, std::size_t length, int protection, int flags, int file,
+                  off_t offset);
+
+void* __wrap_mmap(void* address, std::size_t length, int protection, int flags, int file,
+                  off_t offset) {
+    return FailsNow() ? MAP_FAILED : __real_mmap(address, length, protection, flags, file, offset);
 }
 }
 
