@@ -51,7 +51,7 @@ def _simulated(runner: Runner, _: Options) -> list[Row]:
 
 
 def _format(runner: Runner, _: Options) -> list[Row]:
-    return subjects.format_rows(runner.benchmark("bench_format"))
+    return subjects.format_rows(runner.benchmark("bench_format", share=0.2))
 
 
 def _start(runner: Runner, _: Options) -> list[Row]:

@@ -38,12 +38,15 @@ class Runner:
     def build(self) -> None:
         self._run("building", [str(TREE / "scripts" / "build"), PRESET], quiet=True)
 
-    def benchmark(self, program: str, pattern: str = "", rounds: int | None = None) -> Found:
-        """The samples of the benchmarks whose names have the pattern."""
+    def benchmark(self, program: str, pattern: str = "", rounds: int | None = None,
+                  share: float = 1.0) -> Found:
+        """The samples of the benchmarks whose names have the pattern. `share` is what part of the
+        usual time each one takes: less for a program with many."""
         with tempfile.TemporaryDirectory() as folder:
             output = Path(folder) / "report.json"
             command = [str(BUILD / "bench" / program), f"--rounds={rounds or self._rounds}",
-                       f"--output={output}", f"--benchmark_min_time={self._least_time}"]
+                       f"--output={output}",
+                       f"--benchmark_min_time={self._least_time * share}"]
             if pattern:
                 command.append(f"--benchmark_filter={pattern}")
             self._run(f"{program} {pattern}".strip(), [*self._wrap, *command])
