@@ -43,11 +43,13 @@ struct Floor {
 template <typename Client>
 void Measure(benchmark::State& state, const ServerProcess& server, int instruments) {
     std::vector<std::unique_ptr<Client>> clients;
+    clients.reserve(static_cast<std::size_t>(instruments));
     for (int i = 0; i < instruments; ++i) {
         clients.push_back(std::make_unique<Client>(server));
     }
     for (auto _ : state) {
         std::vector<std::jthread> threads;
+        threads.reserve(clients.size());
         for (const auto& client : clients) {
             threads.emplace_back([&client] {
                 for (int i = 0; i < kQueries; ++i) {

@@ -1,6 +1,6 @@
 #include <sys/mman.h>
 
-#include <cstdint>
+#include <memory>
 #include <new>
 
 #include "bench/volts.h"
@@ -19,8 +19,9 @@ HugeMemory::HugeMemory(std::size_t bytes)
     if (mapping_ == MAP_FAILED) {
         throw std::bad_alloc();
     }
-    const auto address = reinterpret_cast<std::uintptr_t>(mapping_);
-    start_ = reinterpret_cast<void*>((address + kHugePage - 1) / kHugePage * kHugePage);
+    start_ = mapping_;
+    std::size_t room = size_;
+    (void)std::align(kHugePage, bytes, start_, room);
     madvise(start_, bytes, MADV_HUGEPAGE);
 }
 
