@@ -2,6 +2,7 @@
 // receives of the same bytes.
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <string>
 
 #include "bench/bare_client.h"
@@ -59,6 +60,23 @@ void MeasureFloor(benchmark::State& state, std::uint16_t port,
     }
 }
 
+// What a program takes that works for a microsecond between its messages: on a shared core the
+// system lets the server run in between more often than it does for one that only sends.
+constexpr std::chrono::microseconds kPause{1};
+
+void MeasurePaused(benchmark::State& state, std::uint16_t port,
+                   const std::vector<Exchange>& messages) {
+    BareClient client(port);
+    for (auto _ : state) {
+        for (const Exchange& message : messages) {
+            client.Exchange({&message, 1});
+            const auto until = std::chrono::steady_clock::now() + kPause;
+            while (std::chrono::steady_clock::now() < until) {
+            }
+        }
+    }
+}
+
 void Register(const std::string& name, const ServerProcess& server, Work work,
               const std::vector<Exchange>& messages) {
     const auto add = [&name](const char* subject, auto measure) {
@@ -71,6 +89,9 @@ void Register(const std::string& name, const ServerProcess& server, Work work,
     });
     add("floor", [port = server.Port(), messages](benchmark::State& state) {
         MeasureFloor(state, port, messages);
+    });
+    add("paused", [port = server.Port(), messages](benchmark::State& state) {
+        MeasurePaused(state, port, messages);
     });
 }
 

@@ -19,6 +19,11 @@ HRESULT CCStringWriter::WriteChar(BYTE value, bool) {
     return S_OK;
 }
 
+HRESULT CCStringWriter::WriteLiteral(std::string_view text) {
+    target_ += text;
+    return S_OK;
+}
+
 HRESULT CCStringWriter::WriteWideString(BSTR text, std::uint32_t* actual, bool) {
     return WriteText(NarrowToBytes(View(text)), actual, false);
 }

@@ -26,6 +26,7 @@ class CCStringWriter final : public IIoBuffer {
     HRESULT ReadDirect(BYTE* target, std::uint32_t count, std::uint32_t* actual,
                        bool flush) override;
     HRESULT WriteChar(BYTE value, bool flush) override;
+    HRESULT WriteLiteral(std::string_view text) override;
     HRESULT WriteWideString(BSTR text, std::uint32_t* actual, bool flush) override;
     HRESULT WriteArray(SAFEARRAY* bytes, std::uint32_t count, std::uint32_t* actual,
                        bool flush) override;

@@ -15,13 +15,7 @@ HRESULT WriteLiteral(IIoBuffer& buffer, std::string_view text) {
     if (text.starts_with('%')) {
         text.remove_prefix(1);  // a percent sign is written as two
     }
-    for (const char c : text) {
-        const HRESULT status = buffer.WriteChar(static_cast<BYTE>(c), c == '\n');
-        if (Failed(status)) {
-            return status;
-        }
-    }
-    return S_OK;
+    return buffer.WriteLiteral(text);
 }
 
 bool IsArrayRow(WriteRow row) {

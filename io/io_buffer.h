@@ -54,6 +54,16 @@ struct IIoBuffer {
     virtual HRESULT ReadDirect(BYTE* target, std::uint32_t count, std::uint32_t* actual,
                                bool flush) = 0;
     virtual HRESULT WriteChar(BYTE value, bool flush) = 0;
+    // The literal text of a format: byte by byte, and a line feed sends the buffer there and then.
+    virtual HRESULT WriteLiteral(std::string_view text) {
+        for (const char c : text) {
+            const HRESULT status = WriteChar(static_cast<BYTE>(c), c == '\n');
+            if (Failed(status)) {
+                return status;
+            }
+        }
+        return S_OK;
+    }
     virtual HRESULT WriteWideString(BSTR text, std::uint32_t* actual, bool flush) = 0;
     virtual HRESULT WriteArray(SAFEARRAY* bytes, std::uint32_t count, std::uint32_t* actual,
                                bool flush) = 0;

@@ -136,8 +136,9 @@ std::string ToUpperAscii(std::string_view text) {
 }
 
 bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
-    return std::ranges::equal(a, b,
-                              [](char x, char y) { return ToLowerAscii(x) == ToLowerAscii(y); });
+    // Names are mostly written as they are told, and bytes compare many at a time.
+    return a == b || std::ranges::equal(
+                         a, b, [](char x, char y) { return ToLowerAscii(x) == ToLowerAscii(y); });
 }
 
 }  // namespace kestrion

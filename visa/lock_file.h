@@ -2,6 +2,8 @@
 // computer.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -32,16 +34,24 @@ class LockFile {
     void GiveBack(Part part);
     // How others hold the part.
     [[nodiscard]] Held HeldByOthers(Part part) const;
+    // Whether nobody else holds a part that is held for long, as far as can be known without asking
+    // the system each time: what a process tells that can't reach the memory in which the others
+    // tell it is noticed within `kNoticeAge`.
+    [[nodiscard]] bool IsFreeOfOthers(Part part);
+    static constexpr std::chrono::milliseconds kNoticeAge{100};
 
     // The key of the shared locks; meaningful while somebody shares. Called with the guard held.
     [[nodiscard]] std::string Key() const;
     [[nodiscard]] bool SetKey(const std::string& key);
 
   private:
-    LockFile(int handle, std::string name);
+    struct Shortcut;
+
+    LockFile(int handle, std::string name, std::uint64_t hash);
 
     const int handle_;
     const std::string name_;
+    const std::unique_ptr<Shortcut> shortcut_;
 };
 
 }  // namespace visa_provider

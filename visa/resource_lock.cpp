@@ -195,7 +195,7 @@ bool ResourceLock::MayUse() const {
     if (exclusive_ > 0) {
         return true;
     }
-    return HeldByOthers(shared_ > 0 ? Part::kAmongSharers : Part::kResource) == Held::kNot;
+    return !file_ || file_->IsFreeOfOthers(shared_ > 0 ? Part::kAmongSharers : Part::kResource);
 }
 
 ViAccessMode ResourceLock::State() const {

@@ -10,12 +10,15 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <thread>
 
+#include "visa/linux/lock_notice.h"
 #include "visa/resource_name.h"
+#include "visa/time_limit.h"
 
 namespace visa_provider {
 
@@ -28,12 +31,16 @@ constexpr std::size_t kKeySize = 256;
 constexpr int kAttempts = 10000;
 constexpr std::chrono::milliseconds kPause{1};
 
-// A file name for a resource: 64-bit FNV-1a of the name in capitals.
-std::string FileName(const std::string& resource) {
+// 64-bit FNV-1a.
+std::uint64_t HashOf(const std::string& text) {
     std::uint64_t hash = 0xCBF29CE484222325;
-    for (const char c : InCapitals(resource)) {
+    for (const char c : text) {
         hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
     }
+    return hash;
+}
+
+std::string FileName(std::uint64_t hash) {
     constexpr char kDigits[] = "0123456789abcdef";
     std::string name = "/kestrion-visa-";
     for (int shift = 60; shift >= 0; shift -= 4) {
@@ -75,10 +82,42 @@ bool TryLock(int handle, LockFile::Part part, short type) {
     return fcntl(handle, F_OFD_SETLK, &lock) == 0;
 }
 
+// The parts that are held for longer than a moment have a place in the notice.
+bool IsNoticed(LockFile::Part part) {
+    return part == LockFile::Part::kResource || part == LockFile::Part::kAmongSharers;
+}
+
 }  // namespace
 
+// What is known without asking the file. Its numbers are changed under the lock of the session that
+// the file belongs to; `askedAt` by whoever looks.
+struct LockFile::Shortcut {
+    explicit Shortcut(std::uint64_t hash) : notice(hash) {}
+    ~Shortcut() {
+        for (const auto& part : held) {
+            if (part) {
+                notice.Lower();
+            }
+        }
+    }
+    Shortcut(const Shortcut&) = delete;
+    Shortcut& operator=(const Shortcut&) = delete;
+
+    [[nodiscard]] std::atomic<bool>& Holds(Part part) {
+        return held[static_cast<std::size_t>(part)];
+    }
+    [[nodiscard]] bool NobodyElseNoticed() const {
+        return notice.Exists() && notice.Count() == (held[0] ? 1U : 0U) + (held[1] ? 1U : 0U);
+    }
+
+    LockNotice notice;
+    std::array<std::atomic<bool>, 2> held{};
+    std::atomic<Clock::rep> askedAt = 0;  // 0: never
+};
+
 std::unique_ptr<LockFile> LockFile::Open(const std::string& resource) {
-    std::string name = FileName(resource);
+    const std::uint64_t hash = HashOf(InCapitals(resource));
+    std::string name = FileName(hash);
     // Whoever has the file last may be about to remove it, or have done so since the opening.
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         const int handle = OpenOrMake(name);
@@ -89,7 +128,7 @@ std::unique_ptr<LockFile> LockFile::Open(const std::string& resource) {
             return nullptr;
         }
         if (TryLock(handle, Part::kPresence, F_RDLCK) && !IsGone(handle)) {
-            return std::unique_ptr<LockFile>(new LockFile(handle, std::move(name)));
+            return std::unique_ptr<LockFile>(new LockFile(handle, std::move(name), hash));
         }
         close(handle);
         // The one who removes it may have to wait for a processor first.
@@ -98,7 +137,8 @@ std::unique_ptr<LockFile> LockFile::Open(const std::string& resource) {
     return nullptr;
 }
 
-LockFile::LockFile(int handle, std::string name) : handle_(handle), name_(std::move(name)) {}
+LockFile::LockFile(int handle, std::string name, std::uint64_t hash)
+    : handle_(handle), name_(std::move(name)), shortcut_(std::make_unique<Shortcut>(hash)) {}
 
 LockFile::~LockFile() {
     // Nobody can be present who opens the file from here on: see Open.
@@ -109,11 +149,37 @@ LockFile::~LockFile() {
 }
 
 bool LockFile::TryHold(Part part, Held how) {
-    return TryLock(handle_, part, how == Held::kAlone ? F_WRLCK : F_RDLCK);
+    const short type = how == Held::kAlone ? F_WRLCK : F_RDLCK;
+    if (!IsNoticed(part) || shortcut_->Holds(part)) {
+        return TryLock(handle_, part, type);
+    }
+    // Told before it is so: nobody may see the lock and not the notice.
+    shortcut_->notice.Raise();
+    if (!TryLock(handle_, part, type)) {
+        shortcut_->notice.Lower();
+        return false;
+    }
+    shortcut_->Holds(part) = true;
+    return true;
 }
 
 void LockFile::GiveBack(Part part) {
     static_cast<void>(TryLock(handle_, part, F_UNLCK));
+    if (IsNoticed(part) && shortcut_->Holds(part).exchange(false)) {
+        shortcut_->notice.Lower();
+    }
+}
+
+bool LockFile::IsFreeOfOthers(Part part) {
+    const Clock::rep now = Clock::now().time_since_epoch().count();
+    const Clock::rep asked = shortcut_->askedAt;
+    if (asked != 0 && now - asked < Clock::duration(kNoticeAge).count() &&
+        shortcut_->NobodyElseNoticed()) {
+        return true;
+    }
+    const bool isFree = HeldByOthers(part) == Held::kNot;
+    shortcut_->askedAt = isFree ? now : 0;
+    return isFree;
 }
 
 LockFile::Held LockFile::HeldByOthers(Part part) const {
