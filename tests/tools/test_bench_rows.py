@@ -68,10 +68,21 @@ class Others(unittest.TestCase):
     def test_queries_and_settings_have_their_budget(self) -> None:
         found = {f"{way}/{cores}/{subject}": Samples([seconds])
                  for way in ("query", "settings") for cores in ("same_core", "two_cores")
-                 for subject, seconds in (("driver", 25e-6), ("floor", 20e-6))}
+                 for subject, seconds in (("driver", 25e-6), ("floor", 20e-6),
+                                          ("paused", 22e-6))}
         rows = subjects.query_rows(found)
-        self.assertEqual([row.budget for row in rows], [1.25] * 4)
+        self.assertEqual([row.budget for row in rows], [1.25, None] * 4)
         self.assertAlmostEqual(rows[0].driver, 25.0)
+
+    def test_below_each_stands_what_work_between_messages_costs_by_itself(self) -> None:
+        found = {f"{way}/{cores}/{subject}": Samples([seconds])
+                 for way in ("query", "settings") for cores in ("same_core", "two_cores")
+                 for subject, seconds in (("driver", 25e-6), ("floor", 20e-6),
+                                          ("paused", 22e-6))}
+        row = subjects.query_rows(found)[1]
+        self.assertEqual(row.name, "  the floor with 1 us of work behind each message")
+        self.assertAlmostEqual(row.driver, 22.0)
+        self.assertAlmostEqual(row.floor or 0.0, 20.0)
 
     def test_many_instruments_are_told_by_query_and_by_what_they_gain(self) -> None:
         found = {"parallel/1/driver": Samples([0.05]), "parallel/1/floor": Samples([0.05]),
