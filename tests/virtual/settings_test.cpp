@@ -156,6 +156,7 @@ const std::vector<Entry> kEntries = {
 
     {"MATH<x>:DEFine", "MATH2:DEFINE", "\"CH1+CH2\"", "'2*MATH1'", "\"2*MATH1\""},
 
+    {"DISplay:FILTer", "DISPLAY:FILTER", "SINX", "LINEA", "LINEAR"},
     {"ZOOm:MODe", "ZOOM:MODE", "0", "1", "1"},
     {"ZOOm:CH<x>:HORizontal:POSition", "ZOOM:CH2:HORIZONTAL:POSITION", "50.0000", "25", "25.0000"},
     {"ZOOm:CH<x>:HORizontal:SCAle", "ZOOM:CH2:HORIZONTAL:SCALE", "1.0000", "10", "10.0000"},

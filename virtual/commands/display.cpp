@@ -1,4 +1,4 @@
-// ZOOM and CURSor: what is marked on the screen.
+// DISplay, ZOOM and CURSor: how waveforms are drawn, and what is marked on the screen.
 #include "virtual/command_table.h"
 #include "virtual/record.h"
 
@@ -14,6 +14,7 @@ constexpr Real kCursorSeconds = {-1e6, 1e6, 0};
 std::vector<CommandRow> DisplayCommands() {
     using enum SettingId;
     return {
+        CommandRow("DISplay:FILTer", Keyword{"LINEAr|SINX", 1}),
         CommandRow("ZOOm:MODe", Flag{}),
         CommandRow("ZOOm:CH<x>:HORizontal:POSition", kZoomPosition).As(kZoomChannelPosition),
         CommandRow("ZOOm:CH<x>:HORizontal:SCAle", kZoomScale).As(kZoomChannelScale),
