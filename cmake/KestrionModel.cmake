@@ -1,8 +1,9 @@
 # Makes the generated sources from model/ by tools/generator.
 #
 # Gives the target kestrion_model, which any target that includes a generated header links to, and
-# the lists KESTRION_GENERATED_<GROUP>_SOURCES of what the rooms compile: TABLES, CORE, FACES and
-# OBJECTS. Generated headers are included as <kestrion/enums.h>, "generated/members/X.h" and so on.
+# the lists KESTRION_GENERATED_<GROUP>_SOURCES of what the rooms compile: TABLES, CORE, FACES,
+# OBJECTS and TESTS. Generated headers are included as <kestrion/enums.h>, "generated/members/X.h"
+# and so on.
 
 find_package(Python3 3.11 REQUIRED COMPONENTS Interpreter)
 
@@ -26,7 +27,7 @@ endif()
 string(REGEX REPLACE "\n+$" "" kestrion_generated_list "${kestrion_generated_list}")
 string(REPLACE "\n" ";" kestrion_generated_list "${kestrion_generated_list}")
 set(kestrion_generated_files "")
-foreach(group IN ITEMS tables core faces objects)
+foreach(group IN ITEMS tables core faces objects tests)
     set(kestrion_sources_${group} "")
 endforeach()
 foreach(line IN LISTS kestrion_generated_list)
@@ -36,7 +37,7 @@ foreach(line IN LISTS kestrion_generated_list)
     list(APPEND kestrion_generated_files "${kestrion_generated}/${path}")
     list(APPEND kestrion_sources_${group} "${kestrion_generated}/${path}")
 endforeach()
-foreach(group IN ITEMS tables core faces objects)
+foreach(group IN ITEMS tables core faces objects tests)
     string(TOUPPER "${group}" name)
     set(KESTRION_GENERATED_${name}_SOURCES ${kestrion_sources_${group}}
         CACHE INTERNAL "Generated sources of the group ${group}")

@@ -126,5 +126,9 @@ class Lists(ChangedModel):
             "faces faces/IRoot.cpp",
             "objects objects/GateFaces.cpp",
             "objects objects/RootFaces.cpp",
+            "tests tests/lamps_beacon.cpp",
+            "tests tests/lamps_gates.cpp",
+            "tests tests/lamps_lamp.cpp",
+            "tests tests/properties.cpp",
         ])
         self.assertIn("headers include/kestrion/interfaces/IAlien.h", lines)

@@ -8,19 +8,20 @@ from generator.emit_members import member_files
 from generator.emit_objects import object_files
 from generator.emit_public import public_files
 from generator.emit_tables import table_files
+from generator.emit_test_properties import test_property_files
 from generator.records import Model
 
 
 def all_files(model: Model) -> dict[str, str]:
     """Every file below the output folder, with its text."""
     return {**public_files(model), **member_files(model), **face_files(model),
-            **object_files(model), **table_files(model)}
+            **object_files(model), **table_files(model), **test_property_files(model)}
 
 
 def groups(paths: list[str]) -> dict[str, list[str]]:
     """The files by what compiles them: "headers", or the sources of a room."""
     found: dict[str, list[str]] = {
-        "headers": [], "tables": [], "core": [], "faces": [], "objects": []}
+        "headers": [], "tables": [], "core": [], "faces": [], "objects": [], "tests": []}
     for path in sorted(paths):
         group = "headers" if path.endswith(".h") else path.split("/")[0]
         found[group].append(path)
