@@ -37,6 +37,7 @@ ROOMS = (
     "generated/objects",
     "generated/tables",
     "generated/core",
+    "generated/tests",
     "bench",
     "tests",
 )
@@ -71,6 +72,8 @@ MAY_INCLUDE = {
     "generated/objects": ("core", *LOWER, "generated/faces"),
     "generated/tables": ("tables", "platform", *PUBLIC),
     "generated/core": HAND_WRITTEN_BODIES,
+    # The tables for tests see what a program sees, and how tests/system calls it.
+    "generated/tests": (*PUBLIC, "tests/system/property.h", "tests/system/property_call.h"),
     # Counters and a canned library that the tests have as well.
     "bench": (*ROOMS, "tests/core/quiet_visa.h", "tests/platform/allocation_count.h"),
 }

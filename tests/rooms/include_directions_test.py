@@ -184,6 +184,15 @@ class GeneratedSourcesTest(IncludeDirectionsTest):
                                  'include scope: "scope/channel.h"', "3 files, 1 faults"])
         self.assertEqual(code, 1)
 
+    def test_tables_for_tests_see_what_a_program_sees(self) -> None:
+        self.write("build/debug/generated/tests/scope_a.cpp",
+                   '#include "kestrion/interfaces/IKestrion.h"\n'
+                   '#include "tests/system/property.h"\n'
+                   '#include "core/frame.h"\n')
+        _, lines, _ = self.check("--generated", str(self.root / "build/debug/generated"))
+        self.assertEqual(lines, ['generated/tests/scope_a.cpp:3: room generated/tests must not '
+                                 'include core: "core/frame.h"', "1 files, 1 faults"])
+
     def test_a_missing_folder_of_generated_sources_is_an_error(self) -> None:
         self.write("io/a.cpp")
         code, lines, err = self.check("--generated", str(self.root / "nowhere"))

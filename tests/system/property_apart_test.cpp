@@ -106,6 +106,30 @@ TEST_P(PropertyApart, LogicOfOtherChannelsOnATwoChannelModel) {
     ExpectInstrumentError(0);
 }
 
+// The name doesn't tell that this model has two, so that the instrument itself refuses the others.
+TEST_P(PropertyApart, ASourceThatAnUntoldTwoChannelModelLacks) {
+    Open("HR5052BE");
+    const auto edge = client_.As<IKestrionTriggerAEdge>();
+    EXPECT_EQ(edge->put_Source(KestrionTriggerSourceCh2), S_OK) << TakeErrorText();
+    for (const auto source : {KestrionTriggerSourceCh3, KestrionTriggerSourceCh4}) {
+        EXPECT_EQ(edge->put_Source(source), S_OK) << TakeErrorText();
+        ExpectInstrumentError(-241);
+        ExpectGet(*edge, &IKestrionTriggerAEdge::get_Source, KestrionTriggerSourceCh2);
+    }
+}
+
+// A runt is always asked about among the inputs, and the last one of an older instrument stands
+// with the patterns: what is put there is refused.
+TEST_P(PropertyApart, TheLastInputOfARuntOnAnOlderFamily) {
+    Open("LK7054");
+    const auto runt = client_.As<IKestrionTriggerRunt>();
+    EXPECT_EQ(runt->put_Source(KestrionChannelCh1), S_OK) << TakeErrorText();
+    EXPECT_EQ(runt->put_ChAInput(KestrionTriggerWindowLogicInputLow), S_OK) << TakeErrorText();
+    ExpectGet(*runt, &IKestrionTriggerRunt::get_ChAInput, KestrionTriggerWindowLogicInputLow);
+    EXPECT_EQ(runt->put_ChBInput(KestrionTriggerWindowLogicInputLow), S_OK) << TakeErrorText();
+    ExpectInstrumentError(-221);
+}
+
 INSTANTIATE_TEST_SUITE_P(Links, PropertyApart, testing::Bool(), LinkName);
 
 }  // namespace

@@ -65,6 +65,13 @@ struct PropertySlot<BSTR> {
     PropertyValue Get() const { return value.Utf8(); }
 };
 
+// Calls a member of another face of the object. E_NOINTERFACE without one.
+template <typename Interface>
+HRESULT CallFace(IUnknown& object, auto call) {
+    const auto face = Query<Interface>(&object);
+    return face ? call(*face) : E_NOINTERFACE;
+}
+
 template <auto entry>
 struct Getter;
 
@@ -72,7 +79,8 @@ template <typename I, typename T, HRESULT (STDMETHODCALLTYPE I::*entry)(T*)>
 struct Getter<entry> {
     static HRESULT Call(IUnknown& object, LONG /*index*/, PropertyValue& value) {
         PropertySlot<T> slot;
-        const HRESULT status = (Query<I>(&object).Get()->*entry)(slot.Out());
+        const HRESULT status =
+            CallFace<I>(object, [&](I& face) { return (face.*entry)(slot.Out()); });
         value = slot.Get();
         return status;
     }
@@ -82,8 +90,8 @@ template <typename I, typename Index, typename T, HRESULT (STDMETHODCALLTYPE I::
 struct Getter<entry> {
     static HRESULT Call(IUnknown& object, LONG index, PropertyValue& value) {
         PropertySlot<T> slot;
-        const HRESULT status =
-            (Query<I>(&object).Get()->*entry)(static_cast<Index>(index), slot.Out());
+        const HRESULT status = CallFace<I>(
+            object, [&](I& face) { return (face.*entry)(static_cast<Index>(index), slot.Out()); });
         value = slot.Get();
         return status;
     }
@@ -95,15 +103,18 @@ struct Setter;
 template <typename I, typename T, HRESULT (STDMETHODCALLTYPE I::*entry)(T)>
 struct Setter<entry> {
     static HRESULT Call(IUnknown& object, LONG /*index*/, const PropertyValue& value) {
-        return (Query<I>(&object).Get()->*entry)(PropertyArgument<T>(value).Get());
+        const PropertyArgument<T> argument(value);
+        return CallFace<I>(object, [&](I& face) { return (face.*entry)(argument.Get()); });
     }
 };
 
 template <typename I, typename Index, typename T, HRESULT (STDMETHODCALLTYPE I::*entry)(Index, T)>
 struct Setter<entry> {
     static HRESULT Call(IUnknown& object, LONG index, const PropertyValue& value) {
-        return (Query<I>(&object).Get()->*entry)(static_cast<Index>(index),
-                                                 PropertyArgument<T>(value).Get());
+        const PropertyArgument<T> argument(value);
+        return CallFace<I>(object, [&](I& face) {
+            return (face.*entry)(static_cast<Index>(index), argument.Get());
+        });
     }
 };
 

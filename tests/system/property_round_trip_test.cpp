@@ -6,38 +6,14 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
-#include <sstream>
 
 #include "tests/system/property_cases.h"
+#include "tests/system/property_subject.h"
 
 namespace kestrion {
 namespace {
 
 using testing::IsEmpty;
-
-std::string ToText(const PropertyValue& value) {
-    if (const auto* text = std::get_if<std::string>(&value)) {
-        return '\'' + *text + '\'';
-    }
-    return std::visit(
-        [](const auto& plain) {
-            std::ostringstream text;
-            text.precision(17);
-            text << plain;
-            return text.str();
-        },
-        value);
-}
-
-// A computed real may differ in its last digits.
-bool AreEqual(const PropertyValue& a, const PropertyValue& b) {
-    const auto* first = std::get_if<double>(&a);
-    const auto* second = std::get_if<double>(&b);
-    if (first == nullptr || second == nullptr) {
-        return a == b;
-    }
-    return std::abs(*first - *second) <= 1e-14 * std::abs(*second);
-}
 
 PropertyValue AsNumber(PropertyKind kind, double number) {
     return kind == PropertyKind::kLong ? PropertyValue(static_cast<LONG>(number))
@@ -59,64 +35,7 @@ std::vector<PropertyValue> FewValues(const Property& property) {
     return {property.values.begin(), property.values.end()};
 }
 
-// One property of one object.
-class Subject {
-  public:
-    Subject(ScopeClient& client, IUnknown& object, const Property& property, LONG index)
-        : client_(client), object_(object), property_(property), index_(index) {}
-
-    // The value is taken without a word from the instrument, and is what is read.
-    void RoundTrip(const PropertyValue& value) {
-        PutWith(value, S_OK, 0);
-        ExpectToRead(value);
-    }
-    // The value isn't taken, and what was there stays.
-    void Refuse(const PropertyValue& value, HRESULT status, LONG instrumentError) {
-        const PropertyValue before = Read();
-        PutWith(value, status, instrumentError);
-        ExpectToRead(before);
-    }
-    void PutWith(const PropertyValue& value, HRESULT expected, LONG instrumentError) {
-        const HRESULT status = property_.put(object_, index_, value);
-        const std::string error = TakeErrorText();
-        EXPECT_EQ(status, expected) << "put " << ToText(value) << ": " << error;
-        ExpectInstrumentError(instrumentError, "put " + ToText(value));
-    }
-    PropertyValue Read() {
-        PropertyValue value;
-        const HRESULT status = property_.get(object_, index_, value);
-        const std::string error = TakeErrorText();
-        EXPECT_EQ(status, S_OK) << "get: " << error;
-        ExpectInstrumentError(0, "get");
-        return value;
-    }
-    void ExpectToRead(const PropertyValue& expected) {
-        const PropertyValue value = Read();
-        EXPECT_TRUE(AreEqual(value, expected))
-            << "put " << ToText(expected) << ", got " << ToText(value);
-    }
-    [[nodiscard]] const Property& GetProperty() const { return property_; }
-
-  private:
-    void ExpectInstrumentError(LONG expected, const std::string& what) {
-        LONG code = -1;
-        BstrPtr text;
-        EXPECT_EQ(client_.As<IIviDriverUtility>()->ErrorQuery(&code, text.Out()), S_OK)
-            << TakeErrorText();
-        EXPECT_EQ(code, expected) << what << ": " << text.Utf8();
-        if (code != 0) {
-            EXPECT_EQ(client_.As<IIviDriverUtility>()->ErrorQuery(&code, text.Out()), S_OK);
-            EXPECT_EQ(code, 0) << what << ": " << text.Utf8();
-        }
-    }
-
-    ScopeClient& client_;
-    IUnknown& object_;
-    const Property& property_;
-    LONG index_;
-};
-
-void RunEachValue(const PropertyCase& row, Subject& subject) {
+void RunEachValue(const PropertyCase& row, PropertySubject& subject) {
     for (const PropertyValue& value : FewValues(subject.GetProperty())) {
         const bool* flag = std::get_if<bool>(&value);
         const LONG number = flag != nullptr ? LONG{*flag} : std::get<LONG>(value);
@@ -132,7 +51,7 @@ void RunEachValue(const PropertyCase& row, Subject& subject) {
     }
 }
 
-void RunNumber(const PropertyCase& row, Subject& subject) {
+void RunNumber(const PropertyCase& row, PropertySubject& subject) {
     const PropertyKind kind = subject.GetProperty().kind;
     subject.RoundTrip(AsNumber(kind, row.limits.low));
     subject.Refuse(Beyond(kind, row.limits.low, -1), S_OK, kOutOfRange);
@@ -142,7 +61,7 @@ void RunNumber(const PropertyCase& row, Subject& subject) {
 
 // A text goes out in quotes as it is, and is read as the instrument answers: in quotes, up to the
 // first blank.
-void RunText(const PropertyCase& row, Subject& subject) {
+void RunText(const PropertyCase& row, PropertySubject& subject) {
     for (const std::string text : {"", "x", "it's", ";,:?*", "\xC3\xA9\xC2\xB5"}) {
         subject.PutWith(text, S_OK, 0);
         subject.ExpectToRead('"' + text + '"');
@@ -157,14 +76,14 @@ void RunText(const PropertyCase& row, Subject& subject) {
     subject.Refuse(std::string(row.longest + 1, 'v'), S_OK, kOutOfRange);
 }
 
-void RunWord(const PropertyCase& row, Subject& subject) {
+void RunWord(const PropertyCase& row, PropertySubject& subject) {
     for (const std::string_view word : row.words) {
         subject.RoundTrip(std::string(word));
     }
     subject.Refuse(std::string("NOSUCHWORD"), S_OK, kIllegalParameter);
 }
 
-void RunWritten(const PropertyCase& row, Subject& subject, Subject& companion) {
+void RunWritten(const PropertyCase& row, PropertySubject& subject, PropertySubject& companion) {
     const auto values = subject.GetProperty().values;
     ASSERT_LE(values.size(), row.effects.size());
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -216,7 +135,7 @@ void RunAbsent(const PropertyCase& row, const Place& place) {
 }
 
 void Run(const PropertyCase& row, const Place& place) {
-    Subject subject(place.client, place.object, place.property, place.index);
+    PropertySubject subject(place.client, place.object, place.property, place.index);
     switch (row.kind) {
         case PropertyCase::Kind::kEachValue:
             return RunEachValue(row, subject);
@@ -231,7 +150,7 @@ void Run(const PropertyCase& row, const Place& place) {
         case PropertyCase::Kind::kWritten: {
             const Property* other = FindProperty(place.interface, row.companion);
             ASSERT_NE(other, nullptr) << row.companion;
-            Subject companion(place.client, place.object, *other, place.index);
+            PropertySubject companion(place.client, place.object, *other, place.index);
             return RunWritten(row, subject, companion);
         }
     }
@@ -293,8 +212,8 @@ void KeepApart(ScopeClient& client, const PropertyInterface& interface, const Pr
     }
     const auto first = interface.node->find(*client.scope, interface.node->first);
     const auto last = interface.node->find(*client.scope, interface.node->last);
-    Subject one(client, *first, property, 0);
-    Subject other(client, *last, property, 0);
+    PropertySubject one(client, *first, property, 0);
+    PropertySubject other(client, *last, property, 0);
     one.PutWith(two[0], S_OK, 0);
     const PropertyValue kept = one.Read();
     other.PutWith(two[1], S_OK, 0);
