@@ -82,8 +82,7 @@ MeasuredPoints PointsOf(const Oscilloscope& scope, std::int64_t word, std::uint6
     if (word == kHistogramSource || !IsSourceSelected(scope, source)) {
         return points;
     }
-    Record record = scope.CurrentRecord();
-    record.acquisition -= std::min(ago, record.acquisition);
+    Record record = scope.CurrentRecord().Earlier(ago);
     if (source.kind == SourceKind::kReference) {
         record = ReferenceRecord(record, source.index);
     }

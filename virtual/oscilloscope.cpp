@@ -308,8 +308,9 @@ Record Oscilloscope::MakeRecord(std::uint64_t acquisition) const {
     }
     record.math = math_;
     record.references = references_;
-    record.shift =
-        FindTrigger(record, EdgeTriggerOf(*this)).value_or(UntriggeredShift(acquisition));
+    const std::optional<double> trigger = FindTrigger(record, EdgeTriggerOf(*this));
+    record.triggered = trigger.has_value();
+    record.shift = trigger.value_or(UntriggeredShift(acquisition));
     return record;
 }
 

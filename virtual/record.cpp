@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "virtual/edge_trigger.h"
 #include "virtual/signals.h"
 
 namespace virtual_scope {
@@ -41,6 +42,15 @@ SamplerPointer MakePlainSampler(const Record& record, const WaveformSource& sour
 
 }  // namespace
 
+Record Record::Earlier(std::uint64_t ago) const {
+    Record earlier = *this;
+    earlier.acquisition -= ago;
+    if (!triggered) {
+        earlier.shift = UntriggeredShift(earlier.acquisition);
+    }
+    return earlier;
+}
+
 Record ReferenceRecord(const Record& from, int index) {
     const auto place = static_cast<std::size_t>(index);
     const StoredWaveform& stored = *from.references.at(place);
@@ -66,8 +76,7 @@ SamplerPointer MakeSampler(const Record& record, const WaveformSource& source) {
     }
     std::vector<SamplerPointer> samplers;
     for (std::int64_t i = 0; i < depth; ++i) {
-        fine.acquisition = record.acquisition - static_cast<std::uint64_t>(i);
-        samplers.push_back(MakePlainSampler(fine, source));
+        samplers.push_back(MakePlainSampler(fine.Earlier(static_cast<std::uint64_t>(i)), source));
     }
     return std::make_unique<ExtremeSampler>(std::move(samplers));
 }

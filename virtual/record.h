@@ -52,7 +52,8 @@ using DigitalThresholds = std::array<double, 16>;  // volts
 struct Record {
     std::int64_t length = 10000;
     TimeAxis axis;
-    double shift = 0;  // the trigger, in seconds of the signals' own time
+    double shift = 0;       // the trigger, in seconds of the signals' own time
+    bool triggered = true;  // otherwise each acquisition begins at another place
     AcquisitionMode mode = AcquisitionMode::kSample;
     std::int64_t acquisitions = 1;  // that an average or an envelope is made of
     bool dense = false;             // many acquisitions are laid over each other
@@ -61,6 +62,9 @@ struct Record {
     std::array<MathPointer, kMaxChannels> math;
     std::array<StoredPointer, kMaxChannels> references;
     std::uint64_t acquisition = 0;
+
+    // The same of an acquisition that came so many before it.
+    [[nodiscard]] Record Earlier(std::uint64_t ago) const;
 
     // Pairs of points hold the least and the greatest value of their time.
     [[nodiscard]] bool HoldsPairs() const {

@@ -62,6 +62,28 @@ TEST(AcquisitionControl, ASequenceEndsByItself) {
     EXPECT_EQ(bench.Query("ACQUIRE:STATE?;NUMACQ?"), "0;1");
 }
 
+// CH1 in pairs: how many of its 100 levels lie between the two, on average.
+double MeanSpan(Bench& bench) {
+    const std::string data = bench.Query("CURVE?").substr(6);
+    double sum = 0;
+    for (std::size_t i = 0; i + 1 < data.size(); i += 2) {
+        sum += static_cast<signed char>(data[i + 1]) - static_cast<signed char>(data[i]);
+    }
+    return sum / 500;
+}
+
+TEST(AcquisitionControl, AnEnvelopeWithoutATriggerSpansTheSignal) {
+    BareBench bench;
+    bench.Write("HORIZONTAL:RECORDLENGTH 1000;:DATA:STOP 1000;:ACQUIRE:MODE ENVELOPE;NUMENV 4");
+    bench.Write("ACQUIRE:STOPAFTER SEQUENCE;STATE ON");
+    bench.Advance(std::chrono::seconds(1));
+    EXPECT_LT(MeanSpan(bench), 5);
+    // Each acquisition begins somewhere else in the sine.
+    bench.Write("TRIGGER:A:LEVEL 5;:ACQUIRE:STATE ON");
+    bench.Advance(std::chrono::seconds(1));
+    EXPECT_GT(MeanSpan(bench), 50);
+}
+
 TEST(AcquisitionControl, TheNextEventIsTheEndOfTheSequence) {
     BareBench bench;
     EXPECT_EQ(bench.link().NextEvent(), std::nullopt);

@@ -104,6 +104,17 @@ TEST_F(Curve, FloatsAreVoltsInBothOrders) {
     EXPECT_EQ(bench_.Query("WFMOUTPRE:BYT_NR?;YMULT?;YOFF?;YZERO?"), "4;1.0000;0.0000;0.0000");
 }
 
+TEST_F(Curve, ANarrowerPointIsALevelAgain) {
+    bench_.Write("WFMOUTPRE:BN_FMT FP");
+    EXPECT_EQ(bench_.Query("WFMOUTPRE:BYT_NR 1;BYT_NR?;BN_FMT?"), "1;RI");
+    EXPECT_EQ(Fetch(526, 526), Bytes({0x1D}));
+    // In the order in which settings are put back.
+    EXPECT_EQ(bench_.Query("WFMOUTPRE:BN_FMT FP;BYT_NR 4;BN_FMT?;BYT_NR?"), "FP;4");
+    EXPECT_EQ(bench_.Query("WFMOUTPRE:BN_FMT RP;BYT_NR 2;BN_FMT?;BYT_NR?"), "RP;2");
+    // A math waveform has nothing but floats.
+    EXPECT_EQ(bench_.Query("DATA:SOURCE MATH1;:WFMOUTPRE:BYT_NR 1;BYT_NR?;BN_FMT?"), "4;FP");
+}
+
 TEST_F(Curve, PositionAndOffsetMoveTheLevels) {
     bench_.Write("CH1:POSITION 2;OFFSET 0.5");  // (0 - 0.5) / 0.02 + 2 * 25
     EXPECT_EQ(Fetch(501, 501), Bytes({25}));

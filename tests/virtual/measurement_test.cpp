@@ -220,6 +220,16 @@ TEST_F(Measurement, StatisticsAreOverTheAcquisitionsSinceTheReset) {
     EXPECT_EQ(bench_.Query("MEASUREMENT:MEAS1:COUNT?"), "0");
 }
 
+TEST_F(Measurement, StatisticsWithoutATriggerAreOfRecordsThatBeginAnywhere) {
+    bench_.Write("MEASUREMENT:GATING CURSOR;:CURSOR:VBARS:POSITION1 0;POSITION2 100E-6");
+    bench_.Write("MEASUREMENT:MEAS1:TYPE MEAN;:MEASUREMENT:STATISTICS:COUNT RESET");
+    bench_.Advance(std::chrono::milliseconds(50));
+    EXPECT_NEAR(Ask("MEASUREMENT:MEAS1:STDDEV?"), 0, 1e-9);
+    bench_.Write("TRIGGER:A:LEVEL 5");
+    EXPECT_GT(Ask("MEASUREMENT:MEAS1:STDDEV?"), 0.3);
+    EXPECT_EQ(bench_.Query("MEASUREMENT:MEAS1:VALUE?"), bench_.Query("MEASUREMENT:MEAS1:VALUE?"));
+}
+
 TEST_F(Measurement, AStoppedInstrumentIsMeasuredByItsLastRecord) {
     const double value = Value("CH4", "MAXIMUM");
     bench_.Write("ACQUIRE:STATE OFF");

@@ -34,6 +34,16 @@ ScpiError CheckWidth(Oscilloscope& /*scope*/, int /*instance*/, const Value& val
                                               : ScpiError::kNone;
 }
 
+// A point in floating point has four bytes, so that a narrower one is a level again.
+void LeaveFloats(Oscilloscope& scope, int /*instance*/, const Value& value) {
+    constexpr std::int64_t kFloatWidth = 4;
+    const auto format = static_cast<NumberFormat>(scope.settings().Whole(SettingId::kOutputFormat));
+    if (std::get<std::int64_t>(value) < kFloatWidth && format == NumberFormat::kFloat) {
+        scope.settings().Set(SettingId::kOutputFormat, 0,
+                             static_cast<std::int64_t>(NumberFormat::kSigned));
+    }
+}
+
 // One word for what WFMOutpre says in three.
 void ApplyDataEncoding(Oscilloscope& scope, int /*instance*/, const Value& value) {
     using enum DataEncoding;
@@ -169,7 +179,11 @@ std::vector<CommandRow> TransferCommands() {
         CommandRow("WFMOutpre:ENCdg", kEncoding).As(kOutputEncoding),
         CommandRow("WFMOutpre:BN_Fmt", kFormat).As(kOutputFormat).Get(FormatOf),
         CommandRow("WFMOutpre:BYT_Or", kOrder).As(kOutputOrder),
-        CommandRow("WFMOutpre:BYT_Nr", kWidth).As(kOutputWidth).Check(CheckWidth).Get(WidthOf),
+        CommandRow("WFMOutpre:BYT_Nr", kWidth)
+            .As(kOutputWidth)
+            .Check(CheckWidth)
+            .Get(WidthOf)
+            .Then(LeaveFloats),
         CommandRow("WFMOutpre:NR_Pt?", kPoint).Get(PointCount),
         CommandRow("WFMOutpre:PT_Fmt?", Keyword{"Y|ENV"}).Get(PointFormat),
         CommandRow("WFMOutpre:PT_Off?", kPoint).Get(TriggerPoint),
