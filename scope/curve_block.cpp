@@ -1,5 +1,6 @@
 #include "scope/curve_block.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
@@ -73,6 +74,20 @@ bool CurveBlock::Allocate() {
 bool CurveBlock::Unexpected(const char* what) {
     steps_.SetStatus(call_.Errors().ReportUnexpectedResponse(what));
     return false;
+}
+
+void CurveBlock::DiscardData() {
+    std::array<std::uint8_t, 4096> part{};
+    for (std::uint64_t left = length_ + 1; left > 0;) {
+        const auto wanted = static_cast<std::uint32_t>(std::min<std::uint64_t>(left, part.size()));
+        std::uint32_t actual = 0;
+        if (Failed(call_.Session().ReadRaw(part.data(), wanted, &actual))) {
+            (void)SetErrorInfo(0, nullptr);
+            return;
+        }
+        left = actual < wanted ? 0 : left - actual;
+    }
+    (void)call_.Session().EndResponse();
 }
 
 bool CurveBlock::ReadData() {

@@ -27,6 +27,9 @@ class CurveBlock {
     // Reads the data and the line ending in one read, however long the record is. A block that is
     // shorter or longer than its header says is reported as an unexpected response.
     [[nodiscard]] bool ReadData();
+    // Reads the data and the line ending and keeps nothing: what stays unread would be taken for
+    // the next answer. An instrument that sends less than announced is left alone.
+    void DiscardData();
     void Unlock();
     [[nodiscard]] std::span<const std::uint8_t> Bytes() const { return {block_.Data(), length_}; }
     void Free() { block_ = Storage(); }

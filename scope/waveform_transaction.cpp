@@ -67,6 +67,7 @@ bool WaveformTransaction::Fetch(WaveformSink& sink, double* initialX, double* xI
     curve_.Lock();
     curve_.ReadHeader();
     if (Good() && CountIsWrong()) {
+        curve_.DiscardData();
         Restore();
         Steps().SetStatus(access_.Call().Errors().ReportPreviewState());
         return false;

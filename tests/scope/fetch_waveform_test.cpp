@@ -209,6 +209,26 @@ TEST_F(FetchWaveformTest, Channel3OfATwoChannelModelGoesOnToTheInstrument) {
     EXPECT_EQ(Fetch(KestrionSourceCh3), MakeStatus(0x80042001));
 }
 
+// Its data is read all the same, so that the next answer is that of the next query.
+TEST_F(FetchWaveformTest, ABlockThatIsRefusedLeavesNothingUnread) {
+    Connect();
+    for (const std::string points : {"8", "9000"}) {
+        ExpectChecks("CH1");
+        ExpectSavedState();
+        ExpectChannelSetUp("CH1", "1000");
+        fake.Expect("CURVE?\n")
+            .Reply("#" + std::to_string(points.size()) + points +
+                   std::string(std::stoul(points), '7') + "\n");
+        ExpectRestore();
+        EXPECT_EQ(Fetch(KestrionSourceCh1), MakeStatus(0x80044217));
+        EXPECT_EQ(ErrorText(), "Kestrion: Preview State,Acquire the Waveform.");
+        fake.Expect("HORIZONTAL:RECORDLENGTH?\n").Reply("1000\n");
+        LONG length = 0;
+        EXPECT_EQ(As<IKestrionHorizontal>()->get_RecordLength(&length), S_OK);
+        EXPECT_EQ(length, 1000);
+    }
+}
+
 TEST_F(FetchWaveformTest, ABlockOfAnotherLengthThanTheRecordIsReportedAfterTheRestore) {
     Connect();
     ExpectChecks("CH1");
