@@ -127,6 +127,7 @@ class Lists(ChangedModel):
             "objects objects/GateFaces.cpp",
             "objects objects/RootFaces.cpp",
             "tests tests/lamps_beacon.cpp",
+            "tests tests/lamps_chime.cpp",
             "tests tests/lamps_gates.cpp",
             "tests tests/lamps_lamp.cpp",
             "tests tests/properties.cpp",

@@ -68,6 +68,8 @@ class Rows(unittest.TestCase):
         self.assertIn('constexpr PropertyNode kGate{"Gate1", "Gate2",\n'
                       "    &FindInstance<::IGates, ::IGate>};\n", self.files[ALL])
         self.assertIn('        {"IBeacon", nullptr, IBeaconProperties::All()},\n'
+                      '        {"IChime", nullptr, IChimeProperties::All()},\n'
+                      '        {"IHighChime", nullptr, IHighChimeProperties::All()},\n'
                       '        {"IGate", &kGate, IGateProperties::All()},\n'
                       '        {"ILamp", nullptr, ILampProperties::All()},\n'
                       '        {"IClassLamp", nullptr, IClassLampProperties::All()},\n',
@@ -80,7 +82,7 @@ class Rows(unittest.TestCase):
 
     def test_sources_are_a_group_of_their_own(self) -> None:
         self.assertEqual(output.groups(list(self.files))["tests"],
-                         ["tests/lamps_beacon.cpp", GATES, LAMPS, ALL])
+                         ["tests/lamps_beacon.cpp", "tests/lamps_chime.cpp", GATES, LAMPS, ALL])
 
 
 class Indexes(ChangedModel):
