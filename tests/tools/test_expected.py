@@ -27,6 +27,16 @@ repeated capabilities: 1
 instances: 2
 messages: 2
 
+IBase: members 2
+IRoot: members 2
+IBeacon: members 5
+IChime: members 4
+IHighChime: members 4
+IGates: members 3
+IGate: members 6/6
+ILamp: members 13
+IClassLamp: members 3
+
 KestrionLampModeEnum: members 2/2; tables 3/2, 1 over
 LampShape: members 1/1; tables 0/0
 IviScopeLampModeEnum: members 1; tables 0
@@ -49,6 +59,10 @@ families: 2/2
 models: 3/3
 methods, getters and setters: 58, of about 50
 """, ""))
+
+    def test_interface_without_a_number_shows_what_it_has(self) -> None:
+        self.change(EXPECTED, "IGate = 6\n", "")
+        self.assertIn("IGate: members 6", self.lines())
 
     def test_tables_that_are_missing_are_no_error(self) -> None:
         self.change(EXPECTED, "{ members = 2, tables = 2 }", "{ members = 2, tables = 9 }")
@@ -80,6 +94,15 @@ class ExpectedErrors(ChangedModel):
     def assert_errors(self, file: str, old: str, new: str, *expected: str) -> None:
         self.change(file, old, new)
         self.assertEqual(self.errors(), [f"model/{line}" for line in expected])
+
+    def test_complete_interface_that_loses_a_member(self) -> None:
+        self.assert_errors("lamps/gates.toml",
+                           'Label = { type = "string", path = ":LABEL:<name>", doc = "Its label." }\n',
+                           "", "lamps/gates.toml:12: IGate has 5 members, and 6 are expected")
+
+    def test_complete_interface_that_does_not_exist(self) -> None:
+        self.assert_errors(EXPECTED, "IGate = 6", "IGat = 6",
+                           "expected.toml:36: there is no interface IGat; did you mean 'IGate'?")
 
     def test_enumeration_with_a_value_too_few(self) -> None:
         self.change(ENUMS, 'KestrionLampModeBlink = { value = 3, doc = "On and off." }\n', "")

@@ -1,7 +1,7 @@
 """Holds the model against the numbers that it has to come to.
 
-What has to be complete is checked: the values of enumerations, the families and their models.
-Tables and refusals come with their members, so the report shows how far they are.
+What has to be complete is checked: the values of enumerations, the families and their models, and
+the members of the interfaces that are listed. Tables and refusals come with their members, so the report shows how far they are.
 """
 
 from generator.problems import Problems, nearest
@@ -13,6 +13,7 @@ def check_expected(model: Model, problems: Problems) -> None:
     _check_families(model, problems)
     _check_booleans(model, problems)
     _check_sums(model.expected, problems)
+    _check_interfaces(model, problems)
     for name, number in model.expected.refusals.items():
         if name not in model.refusals:
             problems.add(number.place, f"there is no refusal list '{name}'"
@@ -57,6 +58,17 @@ def _check_families(model: Model, problems: Problems) -> None:
     for name, line in expected.items():
         if name not in names:
             problems.add(line.place, f"there is no family '{name}'{nearest(name, names)}")
+
+
+def _check_interfaces(model: Model, problems: Problems) -> None:
+    for name, line in model.expected.interfaces.items():
+        interface = model.interfaces.get(name)
+        if interface is None:
+            problems.add(line.place, f"there is no interface {name}"
+                         f"{nearest(name, model.interfaces)}")
+        elif len(interface.members()) != line.number:
+            problems.add(interface.place, f"{name} has {len(interface.members())} members, and"
+                         f" {line.number} are expected")
 
 
 def words_of(expected: Expected, table: EnumTable) -> BooleanWords | None:

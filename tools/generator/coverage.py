@@ -8,7 +8,7 @@ from generator.records import Entry, Model
 
 def coverage(model: Model) -> list[str]:
     """The lines of the report: the parts one by one, then the sums."""
-    return [*_held(model), "", *_enum_lines(model), "", *_boolean_lines(model), "",
+    return [*_held(model), "", *_interface_lines(model), "", *_enum_lines(model), "", *_boolean_lines(model), "",
             *_refusal_lines(model), "", *_sum_lines(model)]
 
 
@@ -37,6 +37,18 @@ def _held(model: Model) -> list[str]:
         f"instances: {sum(len(capability.names) for capability in model.capabilities)}",
         f"messages: {len(model.messages)}",
     ]
+
+
+def _interface_lines(model: Model) -> list[str]:
+    """The listed interfaces are complete, or the model is refused; the others come with their lines."""
+    complete = model.expected.interfaces
+    lines = []
+    for interface in model.interfaces.values():
+        have = len(interface.members())
+        number = _of(have, complete[interface.name].number) if interface.name in complete else have
+        if not interface.external:
+            lines.append(f"{interface.name}: members {number}")
+    return lines
 
 
 def _enum_lines(model: Model) -> list[str]:

@@ -116,6 +116,10 @@ class Interface:
     like: str = ""  # the interface that it has members and hooks from
     entries: list[Entry] = field(default_factory=list)  # its own, without those of its bases
 
+    def members(self) -> list[str]:
+        """Its members in their order, each once, whether it has one entry or a getter and a setter."""
+        return list(dict.fromkeys(entry.member for entry in self.entries))
+
     @property
     def origin(self) -> str:
         """The interface whose members and hooks it has: itself, or the one that it is like."""
@@ -203,6 +207,7 @@ class Expected:
     about: dict[str, ExpectedNumber]
     families: dict[str, ExpectedNumber]  # models of each
     refusals: dict[str, ExpectedNumber]  # entries of each list
+    interfaces: dict[str, ExpectedNumber]  # members of each that is complete
     enums: dict[str, ExpectedEnum]
     booleans: list[BooleanWords]
     class_place: Place

@@ -20,6 +20,7 @@ def resolve_expected(file: File, problems: Problems) -> Expected:
                        _part(file, data, "about", schema.EXPECTED_ABOUT, problems), problems),
         families=_numbers(file, "families", data.get("families", {}), problems),
         refusals=_numbers(file, "refusals", data.get("refusals", {}), problems),
+        interfaces=_numbers(file, "interfaces", data.get("interfaces", {}), problems),
         enums=_enums(file, data.get("enumerations", {}), problems),
         booleans=_booleans(file, data.get("boolean", []), problems),
         class_place=file.place("class_enumerations"),

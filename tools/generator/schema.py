@@ -51,7 +51,7 @@ FAMILY = {"name": TEXT, "models": TEXTS}
 
 EXPECTED = {
     "sums": TABLE, "about": TABLE, "families": TABLE, "refusals": TABLE,
-    "class_enumerations": TABLE, "boolean": TABLES, "enumerations": TABLE,
+    "interfaces": TABLE, "class_enumerations": TABLE, "boolean": TABLES, "enumerations": TABLE,
 }
 EXPECTED_SUMS = {
     "enumerations": NUMBER, "members": NUMBER, "tables": NUMBER, "member_keys": NUMBER,
