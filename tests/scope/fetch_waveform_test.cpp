@@ -239,6 +239,8 @@ TEST_F(FetchWaveformTest, ABlockOfAnotherLengthThanTheRecordIsReportedAfterTheRe
     EXPECT_EQ(Fetch(KestrionSourceCh1), MakeStatus(0x80044217));
     EXPECT_EQ(ErrorText(), "Kestrion: Preview State,Acquire the Waveform.");
     EXPECT_EQ(waveform.Get(), nullptr);
+    // The lock is given back behind the block alone, and this one isn't taken.
+    EXPECT_TRUE(fake.Locked());
 }
 
 TEST_F(FetchWaveformTest, ABlockWithoutALengthFailsTheCountTest) {
