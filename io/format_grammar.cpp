@@ -297,6 +297,20 @@ constexpr Row kReadRows[] = {
 };
 static_assert(std::size(kReadRows) == kReadRowCount);
 
+// The rows that begin with the name of an enumeration stand at the end.
+constexpr std::size_t kFirstNamedWriteRow = static_cast<std::size_t>(WriteRow::kEnum);
+constexpr std::size_t kFirstNamedReadRow = static_cast<std::size_t>(ReadRow::kEnum);
+
+// The first row that `text` may match at all, by the first character that tells. No row with a name
+// matches text without one, nor the other way round.
+std::size_t FirstRow(std::string_view text, std::size_t firstNamed) {
+    if (text.front() != '%' || text.starts_with("%%")) {
+        return 0;
+    }
+    const std::size_t told = text.find_first_not_of(" \t", 1);
+    return told != std::string_view::npos && text[told] == '{' ? firstNamed : 1;
+}
+
 // The length of the row's match at the start of `text`, 0 for none. No row can match two lengths.
 std::size_t MatchRow(const Row& row, std::string_view text) {
     Scanner scanner(text);
@@ -316,12 +330,14 @@ std::size_t MatchRow(const Row& row, std::string_view text) {
 HRESULT Tokenize(std::string_view format, FormatDirection direction, FormatSpecList& specs) {
     const std::span<const Row> rows =
         direction == FormatDirection::kWrite ? std::span<const Row>(kWriteRows) : kReadRows;
+    const std::size_t firstNamed =
+        direction == FormatDirection::kWrite ? kFirstNamedWriteRow : kFirstNamedReadRow;
     specs.Clear();
     std::size_t start = 0;
     while (start < format.size()) {
         const std::string_view rest = format.substr(start);
         std::size_t length = 0;
-        std::size_t row = 0;
+        std::size_t row = FirstRow(rest, firstNamed);
         while (row < rows.size() && (length = MatchRow(rows[row], rest)) == 0) {
             ++row;
         }
