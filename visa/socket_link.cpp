@@ -94,16 +94,15 @@ Transfer SocketLink::Write(std::span<const std::byte> bytes, bool /*sendEnd*/, c
 
 ViStatus SocketLink::Receive(std::span<std::byte> target, const Deadline& deadline,
                              const Call& call, std::size_t& count) {
-    // Right behind a message there is nothing to receive yet: a first try would be a system call
-    // for nothing.
-    if (answerDue_.exchange(false) && !socket_->WaitUntilReadable(deadline)) {
-        return VI_ERROR_TMO;
-    }
+    // Right behind a message the answer isn't there yet, and comes soon: one system call waits for
+    // it and takes it.
+    bool soon = answerDue_.exchange(false) && !HasPassed(deadline, Clock::now() + TcpSocket::kSoon);
     for (;;) {
         if (call.IsStopped()) {
             return VI_ERROR_ABORT;
         }
-        const auto result = socket_->Receive(target);
+        const auto result =
+            std::exchange(soon, false) ? socket_->ReceiveSoon(target) : socket_->Receive(target);
         if (result.state == SocketState::kDone) {
             count = result.count;
             return VI_SUCCESS;

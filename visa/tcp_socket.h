@@ -1,6 +1,7 @@
 // A TCP connection to an instrument, as the system offers it.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <span>
@@ -19,8 +20,8 @@ struct SocketResult {
     std::size_t count = 0;  // bytes moved, with kDone only
 };
 
-// Sends and receives without blocking; the waits are calls of their own. One thread may receive
-// while another sends, and any thread may shut the connection down.
+// Sends and receives without blocking but for ReceiveSoon; the waits are calls of their own. One
+// thread may receive while another sends, and any thread may shut the connection down.
 class TcpSocket {
   public:
     // Looks `host` up and connects. `host` is a name, an IPv4 address or an IPv6 address in square
@@ -34,6 +35,10 @@ class TcpSocket {
     TcpSocket& operator=(const TcpSocket&) = delete;
 
     [[nodiscard]] SocketResult Receive(std::span<std::byte> target);
+    // As Receive, and where nothing is there waits for at most `kSoon`, in the same system call.
+    // `Wake` isn't noticed meanwhile; `ShutDown` is.
+    [[nodiscard]] SocketResult ReceiveSoon(std::span<std::byte> target);
+    static constexpr std::chrono::milliseconds kSoon{10};
     [[nodiscard]] SocketResult Send(std::span<const std::byte> bytes);
 
     // False when the deadline passed first. True also when the connection ended or `Wake` was

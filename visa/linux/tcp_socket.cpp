@@ -147,6 +147,14 @@ SocketResult ResultOf(ssize_t moved) {
     }
 }
 
+SocketResult Received(ssize_t moved, std::span<const std::byte> target) {
+    const auto result = ResultOf(moved);
+    if (result.state == SocketState::kDone && result.count == 0 && !target.empty()) {
+        return {SocketState::kEnded, 0};
+    }
+    return result;
+}
+
 bool SetFlag(int handle, int level, int option, bool enabled) {
     const int value = enabled ? 1 : 0;
     return setsockopt(handle, level, option, &value, sizeof(value)) == 0;
@@ -189,7 +197,13 @@ ViStatus TcpSocket::Connect(const std::string& host, ViUInt16 port, const Deadli
 TcpSocket::TcpSocket(int handle, std::string peerAddress)
     : handle_(handle),
       waker_(eventfd(0, EFD_SEMAPHORE | EFD_NONBLOCK | EFD_CLOEXEC)),
-      peerAddress_(std::move(peerAddress)) {}
+      peerAddress_(std::move(peerAddress)) {
+    // Each call says for itself whether it waits. Should the time not be set, none does.
+    const timeval soon = {0, std::chrono::microseconds(kSoon).count()};
+    if (setsockopt(handle_, SOL_SOCKET, SO_RCVTIMEO, &soon, sizeof(soon)) == 0) {
+        static_cast<void>(fcntl(handle_, F_SETFL, fcntl(handle_, F_GETFL) & ~O_NONBLOCK));
+    }
+}
 
 TcpSocket::~TcpSocket() {
     close(handle_);
@@ -199,11 +213,11 @@ TcpSocket::~TcpSocket() {
 }
 
 SocketResult TcpSocket::Receive(std::span<std::byte> target) {
-    const auto result = ResultOf(recv(handle_, target.data(), target.size(), MSG_DONTWAIT));
-    if (result.state == SocketState::kDone && result.count == 0 && !target.empty()) {
-        return {SocketState::kEnded, 0};
-    }
-    return result;
+    return Received(recv(handle_, target.data(), target.size(), MSG_DONTWAIT), target);
+}
+
+SocketResult TcpSocket::ReceiveSoon(std::span<std::byte> target) {
+    return Received(recv(handle_, target.data(), target.size(), 0), target);
 }
 
 SocketResult TcpSocket::Send(std::span<const std::byte> bytes) {
