@@ -60,7 +60,7 @@ def _start(runner: Runner, _: Options) -> list[Row]:
         for subject, times in load.items():
             times.append(runner.number("us", "bench_load", subject))
     return (subjects.start_rows(runner.benchmark("bench_simulated", "start/"))
-            + subjects.library_rows(load, runner.stripped_library_size()))
+            + subjects.loading_rows(load, runner.stripped_library_size()))
 
 
 def count_instructions(runner: Runner) -> dict[str, int]:

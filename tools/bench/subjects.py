@@ -109,7 +109,7 @@ def start_rows(found: Found) -> list[Row]:
                   found["start/create_and_release/driver"])]
 
 
-def library_rows(load: dict[str, list[float]], size: int) -> list[Row]:
+def loading_rows(load: dict[str, list[float]], size: int) -> list[Row]:
     """From the microseconds of each load, and the bytes of the stripped library."""
     return [of_numbers("loading the library, floor an empty one", "us", load["driver"],
                        load["floor"]),
