@@ -93,13 +93,7 @@ TEST_F(FetchWaveformTest, AMathIsTransferredAsFloatingPointNumbers) {
     Connect();
     ExpectChecks("MATH2");
     ExpectSavedState();
-    fake.Expect("DATA:SOURCE MATH2\n");
-    fake.Expect("DATA:STOP 800000000\n");
-    fake.Expect(":WFMOUTPRE:NR_PT?\n").Reply("2\n");
-    fake.Expect("DATA:START 1;STOP 2\n");
-    fake.Expect("WFMOUTPRE:BYT_NR 1;BYT_NR?\n").Reply("4\n");
-    fake.Expect("WFMOUTPRE:ENCDG BIN;BN_FMT FP\n");
-    fake.Expect(":WFMOUTPRE:BYT_OR LSB\n");
+    ExpectFloatSetUp("MATH2", "2");
     // 1.5 is 3FC00000 and -2.0 is C0000000, least significant byte first.
     fake.Expect("CURVE?\n").Reply(std::string_view("#18\x00\x00\xC0\x3F\x00\x00\x00\xC0\n", 12));
     ExpectPreamble();
@@ -113,13 +107,7 @@ TEST_F(FetchWaveformTest, AReferenceThatHoldsFloatingPointDataTakesThatBranch) {
     Connect();
     ExpectChecks("REF1");
     ExpectSavedState();
-    fake.Expect("DATA:SOURCE REF1\n");
-    fake.Expect("DATA:STOP 800000000\n");
-    fake.Expect(":WFMOUTPRE:NR_PT?\n").Reply("1\n");
-    fake.Expect("DATA:START 1;STOP 1\n");
-    fake.Expect("WFMOUTPRE:BYT_NR 1;BYT_NR?\n").Reply("4\n");
-    fake.Expect("WFMOUTPRE:ENCDG BIN;BN_FMT FP\n");
-    fake.Expect(":WFMOUTPRE:BYT_OR LSB\n");
+    ExpectFloatSetUp("REF1", "1");
     fake.Expect("CURVE?\n").Reply(std::string_view("#14\x00\x00\xC0\x3F\n", 8));
     ExpectPreamble();
     ExpectRestore();

@@ -134,13 +134,7 @@ TEST_F(ReadMinMaxTest, AMathAsksForTheLengthInTwoLines) {
     fake.Expect("ACQUIRE:STOPAFTER?\n").Reply("RUNSTOP\n");
     fake.Expect("ACQUIRE:STATE 1\n");
     ExpectSavedState();
-    fake.Expect("DATA:SOURCE MATH1\n");
-    fake.Expect("DATA:STOP 800000000\n");
-    fake.Expect(":WFMOUTPRE:NR_PT?\n").Reply("2\n");
-    fake.Expect("DATA:START 1;STOP 2\n");
-    fake.Expect("WFMOUTPRE:BYT_NR 1;BYT_NR?\n").Reply("4\n");
-    fake.Expect("WFMOUTPRE:ENCDG BIN;BN_FMT FP\n");
-    fake.Expect(":WFMOUTPRE:BYT_OR LSB\n");
+    ExpectFloatSetUp("MATH1", "2");
     fake.Expect("CURVE?\n").Reply(std::string_view("#18\x00\x00\xC0\x3F\x00\x00\x00\xC0\n", 12));
     ExpectPreamble();
     ExpectRestore();

@@ -53,13 +53,7 @@ TEST_F(WaveformClipboardTest, FloatingPointPointsAreNotMultiplied) {
     Connect();
     ExpectChecks("MATH1");
     ExpectSavedState();
-    fake.Expect("DATA:SOURCE MATH1\n");
-    fake.Expect("DATA:STOP 800000000\n");
-    fake.Expect(":WFMOUTPRE:NR_PT?\n").Reply("1\n");
-    fake.Expect("DATA:START 1;STOP 1\n");
-    fake.Expect("WFMOUTPRE:BYT_NR 1;BYT_NR?\n").Reply("4\n");
-    fake.Expect("WFMOUTPRE:ENCDG BIN;BN_FMT FP\n");
-    fake.Expect(":WFMOUTPRE:BYT_OR LSB\n");
+    ExpectFloatSetUp("MATH1", "1");
     fake.Expect("CURVE?\n").Reply(std::string_view("#14\x00\x00\xC0\x3F\n", 8));
     ExpectPreamble();
     ExpectRestore();

@@ -47,6 +47,16 @@ class WaveformTest : public ScopeTest {
             "WFMOUTPRE:ENCD BIN;BN_FMT RI;BYT_NR\xA0"
             "1\n");
     }
+    // A math, or a reference that holds floating-point data.
+    void ExpectFloatSetUp(std::string_view source, std::string_view points) {
+        fake.Expect("DATA:SOURCE " + std::string(source) + "\n");
+        fake.Expect("DATA:STOP 800000000\n");
+        fake.Expect(":WFMOUTPRE:NR_PT?\n").Reply(std::string(points) + "\n");
+        fake.Expect("DATA:START 1;STOP " + std::string(points) + "\n");
+        fake.Expect("WFMOUTPRE:BYT_NR 1;BYT_NR?\n").Reply("4\n");
+        fake.Expect("WFMOUTPRE:ENCDG BIN;BN_FMT FP\n");
+        fake.Expect(":WFMOUTPRE:BYT_OR LSB\n");
+    }
     void ExpectPreamble() {
         fake.Expect("WFMOUTPRE:XINCR?\n").Reply("4.0E-7\n");
         fake.Expect("WFMOUTPRE:XZERO?\n").Reply("1.0E-3\n");
