@@ -2,6 +2,7 @@
 set(KESTRION_FORMAT_SOURCES
     format_array.cpp
     format_grammar.cpp
+    format_plan.cpp
     format_read_array.cpp
     format_read_block.cpp
     format_read_text.cpp

@@ -1,5 +1,7 @@
 #include "io/format_grammar.h"
 
+#include <array>
+#include <cstddef>
 #include <span>
 
 #include "io/byte_set.h"
@@ -327,12 +329,13 @@ std::size_t MatchRow(const Row& row, std::string_view text) {
 
 }  // namespace
 
-HRESULT Tokenize(std::string_view format, FormatDirection direction, FormatSpecList& specs) {
+HRESULT Tokenize(std::string_view format, FormatDirection direction,
+                 std::vector<FormatSpec>& specs) {
     const std::span<const Row> rows =
         direction == FormatDirection::kWrite ? std::span<const Row>(kWriteRows) : kReadRows;
     const std::size_t firstNamed =
         direction == FormatDirection::kWrite ? kFirstNamedWriteRow : kFirstNamedReadRow;
-    specs.Clear();
+    specs.clear();
     std::size_t start = 0;
     while (start < format.size()) {
         const std::string_view rest = format.substr(start);
@@ -344,8 +347,8 @@ HRESULT Tokenize(std::string_view format, FormatDirection direction, FormatSpecL
         if (length == 0) {
             return E_UNEXPECTED;
         }
-        specs.Add({static_cast<std::int32_t>(row), static_cast<std::uint32_t>(start),
-                   static_cast<std::uint32_t>(length)});
+        specs.push_back({static_cast<std::int32_t>(row), static_cast<std::uint32_t>(start),
+                         static_cast<std::uint32_t>(length)});
         start += length;
     }
     return S_OK;

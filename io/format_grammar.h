@@ -1,8 +1,6 @@
 // Cuts a format text into pieces: literal runs and conversions.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -62,37 +60,9 @@ struct FormatSpec {
     friend bool operator==(const FormatSpec&, const FormatSpec&) = default;
 };
 
-// The pieces of one format. Formats of everyday length need no heap.
-class FormatSpecList {
-  public:
-    void Add(const FormatSpec& spec) {
-        if (size_ < kInline) {
-            inline_[size_] = spec;
-        } else {
-            more_.push_back(spec);
-        }
-        ++size_;
-    }
-    void Clear() {
-        more_.clear();
-        size_ = 0;
-    }
-    [[nodiscard]] std::size_t Size() const { return size_; }
-    [[nodiscard]] const FormatSpec& operator[](std::size_t i) const {
-        return i < kInline ? inline_[i] : more_[i - kInline];
-    }
-
-  private:
-    static constexpr std::size_t kInline = 32;
-
-    std::array<FormatSpec, kInline> inline_;
-    std::vector<FormatSpec> more_;
-    std::size_t size_ = 0;
-};
-
 // Cuts the whole of `format` into `specs`, which is emptied first. E_UNEXPECTED if a place is left
 // that no row matches; an empty format gives an empty list. Any thread may call.
 [[nodiscard]] HRESULT Tokenize(std::string_view format, FormatDirection direction,
-                               FormatSpecList& specs);
+                               std::vector<FormatSpec>& specs);
 
 }  // namespace kestrion

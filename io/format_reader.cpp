@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "io/format_plan.h"
 #include "io/format_read_pieces.h"
 #include "io/number_parse.h"
 #include "platform/text.h"
@@ -29,9 +30,6 @@ HRESULT ReadWhiteSpace(ByteReader& reader, std::string_view text, std::size_t& i
 
 // Once the response has ended, the rest of the text isn't compared.
 HRESULT ReadLiteral(IIoBuffer& buffer, std::string_view text) {
-    if (text.starts_with('%')) {
-        text.remove_prefix(1);  // two percent signs stand for one
-    }
     ByteReader reader(buffer);
     HRESULT status = IoStatusMoreData;
     for (std::size_t i = 0; i < text.size() && status == IoStatusMoreData; ++i) {
@@ -47,17 +45,16 @@ HRESULT ReadLiteral(IIoBuffer& buffer, std::string_view text) {
     return status;
 }
 
-HRESULT ReadConversion(IIoBuffer& buffer, ReadRow row, std::string_view piece, ArgCursor& args,
+HRESULT ReadConversion(IIoBuffer& buffer, const FormatPiece& piece, ArgCursor& args,
                        IEnumFormatter* formatter) {
-    FormatConversion conversion;
-    HRESULT parsed = ParseConversion(piece, FormatDirection::kRead, conversion);
-    if (!Failed(parsed)) {
-        parsed = ResolveReadArguments(conversion, args);
+    if (Failed(piece.status)) {
+        return piece.status;
     }
-    if (Failed(parsed)) {
-        return parsed;
+    FormatConversion conversion = piece.conversion;
+    if (const HRESULT status = ResolveReadArguments(conversion, args); Failed(status)) {
+        return status;
     }
-    switch (row) {
+    switch (ReadRow{piece.row}) {
         case ReadRow::kInteger:
             return ReadInteger(buffer, conversion, args);
         case ReadRow::kIntegerArray:
@@ -203,19 +200,18 @@ HRESULT ReadReal(IIoBuffer& buffer, const FormatConversion& conversion, ArgCurso
 
 HRESULT FormatRead(IIoBuffer& buffer, std::string_view format, ArgCursor& args,
                    IEnumFormatter* formatter) {
-    FormatSpecList specs;
-    if (const HRESULT status = Tokenize(format, FormatDirection::kRead, specs); Failed(status)) {
-        return status;
-    }
-    if (specs.Size() == 0) {
-        return S_OK;
+    const BorrowedPlan plan(format, FormatDirection::kRead);
+    if (Failed(plan->Status()) || plan->Pieces().empty()) {
+        return plan->Status();
     }
     HRESULT status = IoStatusMoreData;
-    for (std::size_t i = 0; i < specs.Size() && status == IoStatusMoreData; ++i) {
-        const ReadRow row{specs[i].row};
-        const std::string_view piece = format.substr(specs[i].start, specs[i].length);
-        status = row == ReadRow::kLiteral ? ReadLiteral(buffer, piece)
-                                          : ReadConversion(buffer, row, piece, args, formatter);
+    for (const FormatPiece& piece : plan->Pieces()) {
+        status = ReadRow{piece.row} == ReadRow::kLiteral
+                     ? ReadLiteral(buffer, piece.text)
+                     : ReadConversion(buffer, piece, args, formatter);
+        if (status != IoStatusMoreData) {
+            break;
+        }
     }
     return status;
 }

@@ -4,19 +4,11 @@
 #include <array>
 #include <limits>
 
-#include "io/format_grammar.h"
-#include "io/format_spec.h"
+#include "io/format_plan.h"
 #include "io/format_write_pieces.h"
 
 namespace kestrion {
 namespace {
-
-HRESULT WriteLiteral(IIoBuffer& buffer, std::string_view text) {
-    if (text.starts_with('%')) {
-        text.remove_prefix(1);  // a percent sign is written as two
-    }
-    return buffer.WriteLiteral(text);
-}
 
 bool IsArrayRow(WriteRow row) {
     switch (row) {
@@ -33,15 +25,14 @@ bool IsArrayRow(WriteRow row) {
     }
 }
 
-HRESULT WriteConversion(IIoBuffer& buffer, WriteRow row, std::string_view piece, ArgCursor& args,
+HRESULT WriteConversion(IIoBuffer& buffer, const FormatPiece& piece, ArgCursor& args,
                         IEnumFormatter* formatter) {
-    FormatConversion conversion;
-    if (const HRESULT status = ParseConversion(piece, FormatDirection::kWrite, conversion);
-        Failed(status)) {
-        return status;
+    if (Failed(piece.status)) {
+        return piece.status;
     }
+    FormatConversion conversion = piece.conversion;
     ResolveWriteArguments(conversion, args);
-    switch (row) {
+    switch (WriteRow{piece.row}) {
         case WriteRow::kInteger:
             return WriteInteger(buffer, conversion, args);
         case WriteRow::kIntegerArray:
@@ -138,6 +129,9 @@ HRESULT WriteAll(IIoBuffer& buffer, std::string_view text) {
 }
 
 HRESULT WriteField(IIoBuffer& buffer, const TextField& field) {
+    if (field.Size() == field.body.size()) {
+        return WriteAll(buffer, field.body);
+    }
     FieldWriter writer(buffer);
     writer.Fill(field.blanksBefore, ' ');
     writer.Put(field.prefix);
@@ -170,19 +164,18 @@ FieldFormat ToFieldFormat(const FormatConversion& conversion) {
 
 HRESULT FormatWrite(IIoBuffer& buffer, std::string_view format, ArgCursor& args,
                     IEnumFormatter* formatter, bool skipArrays) {
-    FormatSpecList specs;
-    if (const HRESULT status = Tokenize(format, FormatDirection::kWrite, specs); Failed(status)) {
-        return status;
+    const BorrowedPlan plan(format, FormatDirection::kWrite);
+    if (Failed(plan->Status())) {
+        return plan->Status();
     }
-    for (std::size_t i = 0; i < specs.Size(); ++i) {
-        const WriteRow row{specs[i].row};
+    for (const FormatPiece& piece : plan->Pieces()) {
+        const WriteRow row{piece.row};
         if (skipArrays && IsArrayRow(row)) {
             continue;
         }
-        const std::string_view piece = format.substr(specs[i].start, specs[i].length);
         const HRESULT status = row == WriteRow::kLiteral
-                                   ? WriteLiteral(buffer, piece)
-                                   : WriteConversion(buffer, row, piece, args, formatter);
+                                   ? buffer.WriteLiteral(piece.text)
+                                   : WriteConversion(buffer, piece, args, formatter);
         if (Failed(status)) {
             return status;
         }

@@ -31,14 +31,14 @@ constexpr std::int64_t kMostOfCount = 100;
 // Adds what each conversion of the format needs. False if the format isn't one, or asks for what
 // can't be given.
 bool AddTargets(std::string_view format, ReadTargets& targets) {
-    FormatSpecList specs;
+    std::vector<FormatSpec> specs;
     if (Tokenize(format, FormatDirection::kRead, specs) != S_OK) {
         return false;
     }
-    for (std::size_t i = 0; i < specs.Size(); ++i) {
+    for (const FormatSpec& spec : specs) {
         FormatConversion conversion;
-        const ReadRow row{specs[i].row};
-        const std::string_view piece = format.substr(specs[i].start, specs[i].length);
+        const ReadRow row{spec.row};
+        const std::string_view piece = format.substr(spec.start, spec.length);
         if (row != ReadRow::kLiteral &&
             (ParseConversion(piece, FormatDirection::kRead, conversion) != S_OK ||
              !targets.Add(row, conversion))) {

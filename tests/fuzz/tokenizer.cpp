@@ -20,15 +20,11 @@ using Pieces = std::vector<FormatSpec>;
 constexpr std::size_t kLongestForOracle = 80;
 
 std::optional<Pieces> Cut(std::string_view format, FormatDirection direction) {
-    FormatSpecList specs;
-    const HRESULT status = Tokenize(format, direction, specs);
+    Pieces pieces;
+    const HRESULT status = Tokenize(format, direction, pieces);
     Require(status == S_OK || status == E_UNEXPECTED, "a format is cut or refused", format);
     if (status != S_OK) {
         return std::nullopt;
-    }
-    Pieces pieces;
-    for (std::size_t i = 0; i < specs.Size(); ++i) {
-        pieces.push_back(specs[i]);
     }
     return pieces;
 }

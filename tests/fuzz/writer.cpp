@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "io/format_grammar.h"
 #include "io/format_reader.h"
@@ -37,15 +38,15 @@ std::string LiteralOfModel(std::string_view piece) {
 
 // Nothing if the format isn't one, or asks for what can't be given.
 std::optional<Case> MakeCase(std::string_view format, std::string_view line, bool skipArrays) {
-    FormatSpecList specs;
+    std::vector<FormatSpec> specs;
     if (Tokenize(format, FormatDirection::kWrite, specs) != S_OK) {
         return std::nullopt;
     }
     Case made;
     fuzz::Values values(line);
-    for (std::size_t i = 0; i < specs.Size(); ++i) {
-        const WriteRow row{specs[i].row};
-        const std::string_view piece = format.substr(specs[i].start, specs[i].length);
+    for (const FormatSpec& spec : specs) {
+        const WriteRow row{spec.row};
+        const std::string_view piece = format.substr(spec.start, spec.length);
         if (skipArrays && fuzz::IsWriteArrayRow(row)) {
             continue;
         }

@@ -4,6 +4,7 @@ kestrion_test(test_io_format
         format_block_test.cpp
         format_grammar_test.cpp
         format_pattern_oracle.cpp
+        format_plan_test.cpp
         format_read_array_test.cpp
         format_read_text_test.cpp
         format_reader_test.cpp

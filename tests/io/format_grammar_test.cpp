@@ -24,16 +24,12 @@ using Pieces = std::vector<FormatSpec>;
 
 // Nothing where the format is refused.
 std::optional<Pieces> Cut(std::string_view format, FormatDirection direction) {
-    FormatSpecList specs;
-    const HRESULT status = Tokenize(format, direction, specs);
+    Pieces pieces;
+    const HRESULT status = Tokenize(format, direction, pieces);
     if (status == E_UNEXPECTED) {
         return std::nullopt;
     }
     EXPECT_EQ(status, S_OK);
-    Pieces pieces;
-    for (std::size_t i = 0; i < specs.Size(); ++i) {
-        pieces.push_back(specs[i]);
-    }
     return pieces;
 }
 

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "tests/io/format_pattern_oracle.h"
 
@@ -203,8 +205,8 @@ TEST(FormatSpec, EveryPieceCanBeTakenApart) {
         for (const FormatDirection direction : {FormatDirection::kWrite, FormatDirection::kRead}) {
             std::string piece;
             (direction == FormatDirection::kWrite ? number : text).Generate(random, piece);
-            FormatSpecList specs;
-            if (Failed(Tokenize(piece, direction, specs)) || specs.Size() != 1) {
+            std::vector<FormatSpec> specs;
+            if (Failed(Tokenize(piece, direction, specs)) || specs.size() != 1) {
                 continue;
             }
             ++readable;
