@@ -167,6 +167,13 @@ HRESULT CInstrBuffer::Read(BYTE* target, std::uint32_t count, std::uint32_t* act
 }
 
 HRESULT CInstrBuffer::GetByte(BYTE* value) {
+    // Most bytes of a response are far from its end, where the terminator would matter.
+    if (value != nullptr && readPayload_ > 1 && readCount_ > readTerminator_.size() + 1) {
+        *value = readBuffer_[readPosition_++];
+        --readCount_;
+        --readPayload_;
+        return IoStatusMoreData;
+    }
     std::uint32_t actual = 0;
     const HRESULT status = ReadBytes(value, 1, &actual, false);
     if (Failed(status) || actual == 1) {

@@ -226,6 +226,51 @@ TEST_F(InstrBufferTest, ByteWiseReadsSeeMoreDataUntilTheLastByte) {
     EXPECT_EQ(byte, '2');
 }
 
+// Byte by byte, what isn't the response's last byte is taken by a way of its own.
+TEST_F(InstrBufferTest, ByteWiseReadsEndBeforeATerminatorOfAnyLength) {
+    const std::string response = "3.14E-9";
+    for (const std::string terminator : {"", "\n", "\r\n", "END"}) {
+        for (std::size_t length = 1; length <= response.size(); ++length) {
+            buffer->SetReadTerminator(terminator);
+            io.reads = {{response.substr(0, length) + terminator, S_OK}};
+            std::string got;
+            HRESULT status = IoStatusMoreData;
+            while (status == IoStatusMoreData) {
+                BYTE byte = 0;
+                status = buffer->GetByte(&byte);
+                got += static_cast<char>(byte);
+            }
+            EXPECT_EQ(status, S_OK);
+            EXPECT_EQ(got, response.substr(0, length)) << terminator;
+        }
+    }
+    EXPECT_THAT(reporter.reports, ElementsAre());
+}
+
+TEST_F(InstrBufferTest, ByteWiseReadsGoOverTheEndOfAFill) {
+    io.reads = {{"12\n", IoStatusMoreData}, {"3", IoStatusMoreData}, {"4\n", S_OK}};
+    for (const char expected : {'1', '2', '\n', '3'}) {
+        BYTE byte = 0;
+        EXPECT_EQ(buffer->GetByte(&byte), IoStatusMoreData);
+        EXPECT_EQ(byte, expected);
+    }
+    BYTE byte = 0;
+    EXPECT_EQ(buffer->GetByte(&byte), S_OK);
+    EXPECT_EQ(byte, '4');
+}
+
+TEST_F(InstrBufferTest, ByteWiseReadsGiveBytesBackToUnget) {
+    io.reads = {{"ABCD\n", S_OK}};
+    BYTE byte = 0;
+    for (const char expected : {'A', 'B'}) {
+        EXPECT_EQ(buffer->GetByte(&byte), IoStatusMoreData);
+        EXPECT_EQ(byte, expected);
+    }
+    EXPECT_EQ(buffer->UngetByte(), S_OK);
+    EXPECT_EQ(Read(2, IoStatusMoreData), "BC");
+    EXPECT_EQ(Read(2, S_OK), "D");
+}
+
 TEST_F(InstrBufferTest, GetByteTellsThatTheResponseEndedWithoutAByte) {
     io.reads = {{std::string(4096, 'x'), IoStatusMoreData}, {"\n", S_OK}};
     EXPECT_EQ(Read(4096, IoStatusMoreData).size(), 4096U);
