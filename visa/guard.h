@@ -33,7 +33,7 @@ template <typename Kind, typename Work>
         if (!object) {
             return VI_ERROR_INV_OBJECT;
         }
-        const auto found = std::dynamic_pointer_cast<Kind>(object);
+        Kind* const found = As<Kind>(*object);
         const ViStatus status =
             found ? Guarded([&] { return std::forward<Work>(work)(*found); }) : VI_ERROR_NSUP_OPER;
         if (status < 0) {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <optional>
+#include <type_traits>
+#include <typeinfo>
 
 #include "visa/attribute_value.h"
 #include "visa/visa.h"
@@ -37,5 +39,17 @@ class Object {
     friend class ObjectTable;
     ViObject handle_ = 0;  // set before any other thread can see the object
 };
+
+// The object as what it is, or null if it is of another kind. No class is derived from a final one,
+// so that its name alone tells; searching the bases as well takes ten times as long, and every
+// operation on a session begins here.
+template <typename Kind>
+[[nodiscard]] Kind* As(Object& object) {
+    if constexpr (std::is_final_v<Kind>) {
+        return typeid(object) == typeid(Kind) ? static_cast<Kind*>(&object) : nullptr;
+    } else {
+        return dynamic_cast<Kind*>(&object);
+    }
+}
 
 }  // namespace visa_provider

@@ -25,12 +25,6 @@ class ObjectTable {
     // Null for a handle that stands for nothing.
     [[nodiscard]] std::shared_ptr<Object> Find(ViObject handle) const;
 
-    // Null if the handle stands for nothing, or for something of another kind.
-    template <typename Kind>
-    [[nodiscard]] std::shared_ptr<Kind> FindAs(ViObject handle) const {
-        return std::dynamic_pointer_cast<Kind>(Find(handle));
-    }
-
     // Takes `handle` and what it owns out, owned ones first; empty if it stands for nothing.
     [[nodiscard]] std::vector<std::shared_ptr<Object>> Remove(ViObject handle);
 
