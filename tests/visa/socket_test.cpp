@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "tests/visa/session_fixture.h"
+#include "visa/tcp_socket.h"
 
 namespace visa_provider::testing {
 
@@ -230,6 +231,20 @@ TEST_F(SocketTest, WriteWhileAnotherThreadReads) {
     std::thread reader([&] { EXPECT_EQ(Read(session, 5).bytes, "done\n"); });
     EXPECT_EQ(Write(session, "ECHO done\n"), VI_SUCCESS);
     reader.join();
+}
+
+// Longer than the first call waits for an answer.
+TEST_F(SocketTest, AnswerThatComesLate) {
+    const auto session = OpenTo([](Peer& peer) {
+        while (peer.ReceiveLine()) {
+            std::this_thread::sleep_for(4 * TcpSocket::kSoon);
+            peer.Send("late\n");
+        }
+    });
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_EQ(Write(session, "VALUE?\n"), VI_SUCCESS);
+        EXPECT_EQ(Read(session, 5).bytes, "late\n");
+    }
 }
 
 TEST_F(SocketTest, SecondReaderWaitsForItsTurnWithinItsTimeOut) {

@@ -55,6 +55,18 @@ TEST_P(TerminateTest, EndsAReadThatWaits) {
     ExpectSessionWorks();
 }
 
+// Right behind a message the wait for its answer is another one.
+TEST_P(TerminateTest, EndsAReadBehindAMessageThatGetsNoAnswer) {
+    std::atomic<bool> done = false;
+    ASSERT_EQ(Write(session_, "NOTHING\n"), VI_SUCCESS);
+    std::thread reader([&] {
+        EXPECT_EQ(Read(session_, 16).status, VI_ERROR_ABORT);
+        done = true;
+    });
+    TerminateUntilDone(reader, done);
+    ExpectSessionWorks();
+}
+
 TEST_P(TerminateTest, EndsThoseThatWaitForTheirTurnToo) {
     std::atomic<int> ended = 0;
     std::vector<std::thread> readers;

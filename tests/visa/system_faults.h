@@ -1,0 +1,28 @@
+// Calls of the system that fail when a test says so. For a program that is linked with
+// -Wl,--wrap=CALL for each of them.
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <thread>
+#include <vector>
+
+namespace visa_provider::testing {
+
+// What the calls do. All of them are the system's own until a test sets something.
+struct SystemFaults {
+    // Stands for shmget(): the handle of a segment, or -1. Empty: the system's.
+    std::function<int(key_t key, std::size_t size, int flags)> shmget;
+    bool shmatFails = false;
+    bool receiveTimeFails = false;  // setsockopt() with SO_RCVTIMEO
+    bool eventfdFails = false;
+
+    // The flags of each recv() of one thread.
+    std::thread::id watched;
+    std::vector<int> receiveFlags;
+};
+
+SystemFaults& Faults();
+
+}  // namespace visa_provider::testing
