@@ -39,6 +39,9 @@ TEST(HashTest, FoldsTextByThirtyThree) {
     EXPECT_EQ(HashTraits<std::string>::Hash("A"), 65U);
     EXPECT_EQ(HashTraits<std::string>::Hash("AB"), 65U * 33 + 66);
     EXPECT_EQ(HashTraits<std::string>::Hash("CH1"), (67U * 33 + 72) * 33 + 49);
+    EXPECT_EQ(HashTraits<std::string>::Hash("CH1:"), ((67U * 33 + 72) * 33 + 49) * 33 + 58);
+    EXPECT_EQ(HashTraits<std::string>::Hash("CH1:S"),
+              (((67U * 33 + 72) * 33 + 49) * 33 + 58) * 33 + 83);
 }
 
 TEST(HashTest, CountsAnInstrumentByteAsItsUnsignedValue) {
