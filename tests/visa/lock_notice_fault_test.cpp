@@ -5,13 +5,11 @@
 
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <random>
 #include <string>
-#include <thread>
 
 #include "tests/visa/system_faults.h"
 #include "visa/linux/lock_notice.h"
@@ -131,7 +129,10 @@ TEST(LockNoticeFaultDeathTest, MakerThatNeverMarksItsSegmentIsNotWaitedForForEve
     InAProcessOfItsOwn([] {
         Segment segment(0);
         GiveAsExisting(segment);
+        int sleeps = 0;
+        Faults().sleep = [&sleeps] { ++sleeps; };
         ExpectNoNotice();
+        EXPECT_EQ(sleeps, 20);
         EXPECT_EQ(segment.Users(), 1);
     });
 }
@@ -139,19 +140,15 @@ TEST(LockNoticeFaultDeathTest, MakerThatNeverMarksItsSegmentIsNotWaitedForForEve
 TEST(LockNoticeFaultDeathTest, MakerThatMarksItsSegmentLaterIsWaitedFor) {
     InAProcessOfItsOwn([] {
         Segment segment(0);
-        Faults().shmget = [&segment](key_t, std::size_t, int flags) {
-            if ((flags & IPC_EXCL) != 0) {
-                errno = EEXIST;
-                return -1;
-            }
-            // The maker is still at it when the segment is found.
-            std::thread([&segment] {
-                std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        GiveAsExisting(segment);
+        int sleeps = 0;
+        Faults().sleep = [&] {
+            if (++sleeps == 3) {
                 segment.Mark() = kMark;
-            }).detach();
-            return segment.Handle();
+            }
         };
         EXPECT_TRUE(LockNotice(7).Exists());
+        EXPECT_EQ(sleeps, 3);
         EXPECT_EQ(segment.Users(), 2);
         ExpectLocksWork();
     });

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <ctime>
 
 namespace visa_provider::testing {
 
@@ -35,6 +36,8 @@ void* __real_shmat(int handle, const void* address, int flags);
 void* __wrap_shmat(int handle, const void* address, int flags);
 int __real_setsockopt(int handle, int level, int option, const void* value, socklen_t size);
 int __wrap_setsockopt(int handle, int level, int option, const void* value, socklen_t size);
+int __real_nanosleep(const timespec* time, timespec* left);
+int __wrap_nanosleep(const timespec* time, timespec* left);
 int __real_eventfd(unsigned int count, int flags);
 int __wrap_eventfd(unsigned int count, int flags);
 ssize_t __real_recv(int handle, void* buffer, std::size_t size, int flags);
@@ -61,6 +64,14 @@ int __wrap_setsockopt(int handle, int level, int option, const void* value, sock
 
 int __wrap_eventfd(unsigned int count, int flags) {
     return Faults().eventfdFails ? FailWith(EMFILE) : __real_eventfd(count, flags);
+}
+
+int __wrap_nanosleep(const timespec* time, timespec* left) {
+    if (!Faults().sleep) {
+        return __real_nanosleep(time, left);
+    }
+    Faults().sleep();
+    return 0;
 }
 
 ssize_t __wrap_recv(int handle, void* buffer, std::size_t size, int flags) {

@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -17,6 +18,8 @@ struct SystemFaults {
     bool shmatFails = false;
     bool receiveTimeFails = false;  // setsockopt() with SO_RCVTIMEO
     bool eventfdFails = false;
+    // Stands for nanosleep(). Empty: the system's.
+    std::function<void()> sleep;
 
     // The flags of each recv() of one thread.
     std::thread::id watched;
