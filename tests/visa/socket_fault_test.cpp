@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 
-#include <thread>
+#include <memory>
 #include <vector>
 
 #include "tests/visa/session_fixture.h"
@@ -11,7 +11,6 @@
 namespace visa_provider::testing {
 namespace {
 
-using ::testing::Contains;
 using ::testing::Each;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -20,20 +19,26 @@ class SocketFaultTest : public VisaTest {
   protected:
     void TearDown() override {
         VisaTest::TearDown();
+        server_.reset();
         Faults() = {};
     }
-    void Connect() { session_ = Open(server_.Resource()); }
-    // The flags of the receives that a read of this thread takes.
-    std::vector<int> FlagsOfRead(std::size_t count, ReadResult& read) {
-        Faults().receiveFlags.clear();
-        Faults().watched = std::this_thread::get_id();
+    void Connect() {
+        server_ = std::make_unique<LoopbackServer>(AnswerAll);
+        session_ = Open(server_->Resource());
+    }
+    // The flags of the receives that a read takes.
+    std::vector<int> FlagsOfRead(std::size_t count, ReadResult& read) const {
+        std::vector<int> flags;
+        ReceiveFlags() = &flags;
         read = Read(session_, count);
-        Faults().watched = {};
-        return Faults().receiveFlags;
+        ReceiveFlags() = nullptr;
+        return flags;
     }
 
-    LoopbackServer server_{AnswerAll};
     ViSession session_ = VI_NULL;
+
+  private:
+    std::unique_ptr<LoopbackServer> server_;
 };
 
 TEST_F(SocketFaultTest, AnswerIsWaitedForAndTakenInOneCall) {

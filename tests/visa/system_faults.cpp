@@ -15,6 +15,11 @@ SystemFaults& Faults() {
     return faults;
 }
 
+std::vector<int>*& ReceiveFlags() {
+    thread_local std::vector<int>* flags = nullptr;
+    return flags;
+}
+
 namespace {
 
 int FailWith(int error) {
@@ -28,6 +33,7 @@ int FailWith(int error) {
 
 using visa_provider::testing::FailWith;
 using visa_provider::testing::Faults;
+using visa_provider::testing::ReceiveFlags;
 
 extern "C" {
 int __real_shmget(key_t key, std::size_t size, int flags);
@@ -75,8 +81,8 @@ int __wrap_nanosleep(const timespec* time, timespec* left) {
 }
 
 ssize_t __wrap_recv(int handle, void* buffer, std::size_t size, int flags) {
-    if (std::this_thread::get_id() == Faults().watched) {
-        Faults().receiveFlags.push_back(flags);
+    if (ReceiveFlags() != nullptr) {
+        ReceiveFlags()->push_back(flags);
     }
     return __real_recv(handle, buffer, size, flags);
 }

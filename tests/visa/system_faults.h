@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <thread>
 #include <vector>
 
 namespace visa_provider::testing {
@@ -20,12 +19,12 @@ struct SystemFaults {
     bool eventfdFails = false;
     // Stands for nanosleep(). Empty: the system's.
     std::function<void()> sleep;
-
-    // The flags of each recv() of one thread.
-    std::thread::id watched;
-    std::vector<int> receiveFlags;
 };
 
+// Set before other threads run, and again when they are gone.
 SystemFaults& Faults();
+
+// Where the flags of each recv() of the calling thread go; null for nowhere.
+std::vector<int>*& ReceiveFlags();
 
 }  // namespace visa_provider::testing
