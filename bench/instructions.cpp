@@ -1,8 +1,10 @@
-// One call of a member over a canned VISA library, for counting its instructions:
-// bench_instructions get|set|query
+// One call of a member over a canned VISA library, for counting its instructions, or the time of
+// such calls one behind the other: bench_instructions get|set|query [time]
 //
 // The call that counts runs in a function of its own, MeasuredCall, which the counter is told to
 // watch; the same call has run before, so that what is made on first use is there.
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -56,47 +58,67 @@ kestrion::ComPtr<IKestrion> Open(kestrion::test::QuietVisa& visa, std::string_vi
     return scope;
 }
 
-void Measure(const Member& member) {
+// What is done with a member.
+using Measurement = void (*)(const Member& member);
+
+void CallOnce(const Member& member) {
     Require(member());
     Require(member());
     Require(MeasuredCall(member));
 }
 
-void MeasureSimulatedGet() {
+// Prints the nanoseconds of a call, by the best of some rounds: what else runs only adds.
+void Time(const Member& member) {
+    constexpr int kRounds = 20;
+    constexpr int kCalls = 10000;
+    auto best = std::chrono::duration<double, std::nano>::max();
+    for (int round = 0; round < kRounds; ++round) {
+        const auto before = std::chrono::steady_clock::now();
+        for (int i = 0; i < kCalls; ++i) {
+            Require(member());
+        }
+        best = std::min<decltype(best)>(best, std::chrono::steady_clock::now() - before);
+    }
+    std::printf("{\"ns\": %.1f}\n", best.count() / kCalls);
+}
+
+void MeasureSimulatedGet(Measurement measure) {
     kestrion::test::QuietVisa visa;
     const auto scope = Open(visa, "simulate=true,DriverSetup=Model=PL7254C");
     const auto acquisition = kestrion::Query<IIviScopeAcquisition>(scope.Get());
     Require(acquisition->put_NumberOfAverages(7));
     LONG value = 0;
-    Measure([&] { return acquisition->get_NumberOfAverages(&value); });
+    measure([&] { return acquisition->get_NumberOfAverages(&value); });
 }
 
-void MeasureSet() {
+void MeasureSet(Measurement measure) {
     kestrion::test::QuietVisa visa;
     const auto scope = Open(visa, "");
     const auto acquisition = kestrion::Query<IKestrionAcquisition>(scope.Get());
-    Measure([&] { return acquisition->put_NumberAverages(16); });
+    measure([&] { return acquisition->put_NumberAverages(16); });
 }
 
-void MeasureQuery() {
+void MeasureQuery(Measurement measure) {
     kestrion::test::QuietVisa visa;
     const auto scope = Open(visa, "");
     const auto acquisition = kestrion::Query<IKestrionAcquisition>(scope.Get());
     visa.AnswerWith("AVERAGE\n");
     auto mode = KestrionAcquisitionModeSample;
-    Measure([&] { return acquisition->get_Mode(&mode); });
+    measure([&] { return acquisition->get_Mode(&mode); });
 }
 
 int Main(int argc, char** argv) {
     const std::string_view what = argc > 1 ? argv[1] : "";
+    const bool timed = argc > 2 && std::string_view(argv[2]) == "time";
+    const Measurement measure = timed ? Time : CallOnce;
     if (what == "get") {
-        MeasureSimulatedGet();
+        MeasureSimulatedGet(measure);
     } else if (what == "set") {
-        MeasureSet();
+        MeasureSet(measure);
     } else if (what == "query") {
-        MeasureQuery();
+        MeasureQuery(measure);
     } else {
-        std::fprintf(stderr, "name one of get, set and query\n");
+        std::fprintf(stderr, "name one of get, set and query, and time to take the time\n");
         return 2;
     }
     return 0;

@@ -32,6 +32,10 @@ def kept_text(counts: dict[str, int], compiler: str) -> str:
     return json.dumps({"compiler": compiler, "counts": counts}, indent=2, sort_keys=True) + "\n"
 
 
-def rows(counts: dict[str, int], kept: dict[str, int]) -> list[Row]:
-    """Each count beside the one that is kept; a new one stands alone."""
-    return [Row(name, "", count, kept.get(name), budget=ALLOWED) for name, count in counts.items()]
+def rows(counts: dict[str, int], kept: dict[str, int], times: dict[str, float]) -> list[Row]:
+    """Each count beside the one that is kept, a new one alone, and below it the nanoseconds."""
+    found = []
+    for name, count in counts.items():
+        found += [Row(name, "", count, kept.get(name), budget=ALLOWED),
+                  Row("  the time of it", "ns", times[name])]
+    return found

@@ -71,7 +71,9 @@ def _instructions(runner: Runner, _: Options) -> list[Row]:
     kept = {}
     if COUNTS_FILE.exists():
         kept = counts.read_kept(COUNTS_FILE.read_text(encoding="utf-8"))
-    return counts.rows(count_instructions(runner), kept)
+    times = {what: runner.number("ns", "bench_instructions", member, "time")
+             for member, what in MEMBERS.items()}
+    return counts.rows(count_instructions(runner), kept, times)
 
 
 def _build(runner: Runner, _: Options) -> list[Row]:
