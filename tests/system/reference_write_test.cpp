@@ -8,7 +8,6 @@ namespace kestrion {
 namespace {
 
 using testing::ElementsAre;
-using testing::SizeIs;
 
 class ReferenceWriteTest : public LinkTest {
   protected:

@@ -19,9 +19,11 @@ struct Map {
     LONG columns = 0;
     LONG rows = 0;
 
-    [[nodiscard]] double At(LONG row, LONG column) const {
-        return hits[static_cast<std::size_t>(column * rows + row)];
+    [[nodiscard]] std::size_t Place(LONG row, LONG column) const {
+        return static_cast<std::size_t>(column) * static_cast<std::size_t>(rows) +
+               static_cast<std::size_t>(row);
     }
+    [[nodiscard]] double At(LONG row, LONG column) const { return hits[Place(row, column)]; }
 };
 
 class WaveformMapTest : public LinkTest {
@@ -47,13 +49,13 @@ class WaveformMapTest : public LinkTest {
         map.rows = last + 1;
         EXPECT_EQ(SafeArrayGetUBound(array.Get(), 2, &last), S_OK);
         map.columns = last + 1;
-        map.hits.resize(static_cast<std::size_t>(map.rows * map.columns));
+        map.hits.resize(map.Place(0, map.columns));
         for (LONG column = 0; column < map.columns; ++column) {
             for (LONG row = 0; row < map.rows; ++row) {
                 LONG place[] = {row, column};
                 double hits = -1.0;
                 EXPECT_EQ(SafeArrayGetElement(array.Get(), place, &hits), S_OK);
-                map.hits[static_cast<std::size_t>(column * map.rows + row)] = hits;
+                map.hits[map.Place(row, column)] = hits;
             }
         }
         return status;
