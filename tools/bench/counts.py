@@ -4,7 +4,7 @@ import json
 import re
 
 from bench.results import ResultError
-from bench.rows import Row
+from bench.rows import Row, of_numbers
 
 # A count may grow by so much.
 ALLOWED = 1.05
@@ -32,10 +32,11 @@ def kept_text(counts: dict[str, int], compiler: str) -> str:
     return json.dumps({"compiler": compiler, "counts": counts}, indent=2, sort_keys=True) + "\n"
 
 
-def rows(counts: dict[str, int], kept: dict[str, int], times: dict[str, float]) -> list[Row]:
-    """Each count beside the one that is kept, a new one alone, and below it the nanoseconds."""
+def rows(counts: dict[str, int], kept: dict[str, int], times: dict[str, list[float]]) -> list[Row]:
+    """Each count beside the one that is kept, a new one alone, and below it the nanoseconds in
+    each process."""
     found = []
     for name, count in counts.items():
         found += [Row(name, "", count, kept.get(name), budget=ALLOWED),
-                  Row("  the time of it", "ns", times[name])]
+                  of_numbers("  the time of it", "ns", times[name])]
     return found

@@ -11,7 +11,8 @@ from bench.runner import TREE, Runner
 COUNTS_FILE = TREE / "bench" / "instruction_counts.json"
 MEMBERS = {"get": "a class property in simulation", "set": "a formatted setting",
            "query": "a query of an enumeration"}
-_LOADS = 9
+# How often a program is started that measures once: where the system puts its memory matters.
+_PROCESSES = 9
 # Of the largest record, which takes seconds each time.
 _LARGE_ROUNDS = 5
 
@@ -56,7 +57,7 @@ def _format(runner: Runner, _: Options) -> list[Row]:
 
 def _start(runner: Runner, _: Options) -> list[Row]:
     load: dict[str, list[float]] = {"driver": [], "floor": []}
-    for _ in range(_LOADS):
+    for _ in range(_PROCESSES):
         for subject, times in load.items():
             times.append(runner.number("us", "bench_load", subject))
     return (subjects.start_rows(runner.benchmark("bench_simulated", "start/"))
@@ -71,8 +72,8 @@ def _instructions(runner: Runner, _: Options) -> list[Row]:
     kept = {}
     if COUNTS_FILE.exists():
         kept = counts.read_kept(COUNTS_FILE.read_text(encoding="utf-8"))
-    times = {what: runner.number("ns", "bench_instructions", member, "time")
-             for member, what in MEMBERS.items()}
+    times = {what: [runner.number("ns", "bench_instructions", member, "time")
+                    for _ in range(_PROCESSES)] for member, what in MEMBERS.items()}
     return counts.rows(count_instructions(runner), kept, times)
 
 
