@@ -11,15 +11,12 @@
 #include <random>
 #include <string>
 
+#include "tests/visa/lock_checks.h"
 #include "tests/visa/system_faults.h"
 #include "visa/linux/lock_notice.h"
-#include "visa/lock_file.h"
 
 namespace visa_provider::testing {
 namespace {
-
-using Part = LockFile::Part;
-using Held = LockFile::Held;
 
 constexpr std::size_t kSize = 4096;
 constexpr std::uint32_t kMark = 0x4C4E3031;
@@ -70,26 +67,18 @@ void GiveAsExisting(const Segment& segment) {
     };
 }
 
-// Without the notice a lock is seen all the same, at once and in both directions.
-void ExpectLocksWork() {
-    const std::string name = "test without notice" + std::to_string(std::random_device()());
-    const auto one = LockFile::Open(name);
-    const auto other = LockFile::Open(name);
-    ASSERT_TRUE(one && other);
-    EXPECT_TRUE(other->IsFreeOfOthers(Part::kResource));
-    ASSERT_TRUE(one->TryHold(Part::kResource, Held::kAlone));
-    EXPECT_FALSE(other->IsFreeOfOthers(Part::kResource));
-    EXPECT_TRUE(one->IsFreeOfOthers(Part::kResource));
-    one->GiveBack(Part::kResource);
-    EXPECT_TRUE(other->IsFreeOfOthers(Part::kResource));
+// A name that no resource has, and no other test run at the same time.
+std::string AnyResource() {
+    return "test of the notice " + std::to_string(std::random_device()());
 }
 
+// Nothing can be told in shared memory, and locks are seen all the same.
 void ExpectNoNotice() {
     LockNotice notice(7);
     EXPECT_FALSE(notice.Exists());
     notice.Raise();
     notice.Lower();
-    ExpectLocksWork();
+    ExpectLockIsSeen(AnyResource());
 }
 
 TEST(LockNoticeFaultDeathTest, SystemThatGivesNoMemory) {
@@ -150,7 +139,7 @@ TEST(LockNoticeFaultDeathTest, MakerThatMarksItsSegmentLaterIsWaitedFor) {
         EXPECT_TRUE(LockNotice(7).Exists());
         EXPECT_EQ(sleeps, 3);
         EXPECT_EQ(segment.Users(), 2);
-        ExpectLocksWork();
+        ExpectLockIsSeen(AnyResource());
     });
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <thread>
 
+#include "tests/visa/lock_checks.h"
 #include "visa/lock_file.h"
 
 namespace visa_provider {
@@ -25,7 +26,7 @@ std::uint64_t HashOf(const std::string& name) {
     return hash;
 }
 
-class LockNoticeTest : public testing::Test {
+class LockNoticeTest : public ::testing::Test {
   protected:
     // The numbers are shared with whatever runs on the computer; a name that is new shares its own
     // with hardly anything.
@@ -44,15 +45,7 @@ TEST_F(LockNoticeTest, NumberIsOneForAllWhoHaveItsHash) {
 }
 
 TEST_F(LockNoticeTest, LockIsSeenByWhoHasJustLooked) {
-    const auto one = LockFile::Open(name_);
-    const auto other = LockFile::Open(name_);
-    ASSERT_TRUE(one && other);
-    EXPECT_TRUE(other->IsFreeOfOthers(Part::kResource));
-    ASSERT_TRUE(one->TryHold(Part::kResource, Held::kAlone));
-    EXPECT_FALSE(other->IsFreeOfOthers(Part::kResource));
-    EXPECT_TRUE(one->IsFreeOfOthers(Part::kResource));
-    one->GiveBack(Part::kResource);
-    EXPECT_TRUE(other->IsFreeOfOthers(Part::kResource));
+    testing::ExpectLockIsSeen(name_);
 }
 
 TEST_F(LockNoticeTest, EachHeldPartIsCountedOnceAndGivenBackOnce) {
