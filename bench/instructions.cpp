@@ -109,8 +109,12 @@ void MeasureQuery(Measurement measure) {
 
 int Main(int argc, char** argv) {
     const std::string_view what = argc > 1 ? argv[1] : "";
-    const bool timed = argc > 2 && std::string_view(argv[2]) == "time";
-    const Measurement measure = timed ? Time : CallOnce;
+    const std::string_view how = argc > 2 ? argv[2] : "";
+    const Measurement measure = how == "time" ? Time : CallOnce;
+    if (how != "time" && !how.empty()) {
+        std::fprintf(stderr, "behind the member only time may stand\n");
+        return 2;
+    }
     if (what == "get") {
         MeasureSimulatedGet(measure);
     } else if (what == "set") {

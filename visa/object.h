@@ -41,8 +41,8 @@ class Object {
 };
 
 // The object as what it is, or null if it is of another kind. No class is derived from a final one,
-// so that its name alone tells; searching the bases as well takes ten times as long, and every
-// operation on a session begins here.
+// so that its name alone tells. Every operation on a session begins here, and searching the bases
+// as well is work of its own: 134 instructions of the 3585 of a setting.
 template <typename Kind>
 [[nodiscard]] Kind* As(Object& object) {
     if constexpr (std::is_final_v<Kind>) {

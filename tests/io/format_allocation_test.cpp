@@ -87,10 +87,8 @@ TEST(FormatAllocations, AnEverydayResponseNeedsNoHeapOnceItHasRun) {
 
 TEST(FormatAllocations, AFormatThatCouldNotBeTakenApartRunsWhenThereIsMemory) {
     const auto run = [] { return AllocationsOfWriting("M1,M2", "M%d,M%d", 1, 2); };
-    const std::size_t needed = [] {
-        // Of the same shape; the one above hasn't run yet.
-        return AllocationsOfWriting("N1,N2", "N%d,N%d", 1, 2);
-    }();
+    // Of the same shape; the one above hasn't run yet.
+    const std::size_t needed = AllocationsOfWriting("N1,N2", "N%d,N%d", 1, 2);
     ASSERT_GT(needed, 0U);
     for (std::size_t i = 0; i < needed; ++i) {
         std::string target = ReservedText();

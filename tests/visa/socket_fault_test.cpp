@@ -72,7 +72,9 @@ TEST_F(SocketFaultTest, TimeOutThatIsShorterThanThatWaitIsKept) {
 
 TEST_F(SocketFaultTest, SystemWithoutATimeForReceivingWaitsInCallsOfTheirOwn) {
     Faults().receiveTimeFails = true;
+    const int failedBefore = FailedCalls();
     Connect();
+    EXPECT_EQ(FailedCalls(), failedBefore + 1);
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(Write(session_, "*IDN?\n"), VI_SUCCESS);
         EXPECT_EQ(Read(session_, 14).bytes, "KESTRION,TEST\n");
@@ -85,7 +87,9 @@ TEST_F(SocketFaultTest, SystemWithoutATimeForReceivingWaitsInCallsOfTheirOwn) {
 // A read can't be woken by viTerminate then, but its time-out ends it.
 TEST_F(SocketFaultTest, SystemWithoutAWakerStillTransfersAndTimesOut) {
     Faults().eventfdFails = true;
+    const int failedBefore = FailedCalls();
     Connect();
+    EXPECT_GT(FailedCalls(), failedBefore);
     ASSERT_EQ(Write(session_, "*IDN?\n"), VI_SUCCESS);
     EXPECT_EQ(Read(session_, 14).bytes, "KESTRION,TEST\n");
     EXPECT_EQ(viTerminate(session_, VI_NULL, VI_NULL), VI_SUCCESS);

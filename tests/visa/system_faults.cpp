@@ -4,6 +4,7 @@
 #include <sys/shm.h>
 #include <sys/socket.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <ctime>
@@ -22,12 +23,19 @@ std::vector<int>*& ReceiveFlags() {
 
 namespace {
 
+std::atomic<int> failedCalls = 0;
+
 int FailWith(int error) {
+    ++failedCalls;
     errno = error;
     return -1;
 }
 
 }  // namespace
+
+int FailedCalls() {
+    return failedCalls;
+}
 
 }  // namespace visa_provider::testing
 

@@ -24,6 +24,9 @@ struct SystemFaults {
 // Set before other threads run, and again when they are gone.
 SystemFaults& Faults();
 
+// How many calls have failed because of `receiveTimeFails` or `eventfdFails` so far.
+int FailedCalls();
+
 // Where the flags of each recv() of the calling thread go; null for nowhere.
 std::vector<int>*& ReceiveFlags();
 

@@ -1,7 +1,8 @@
 """Holds the model against the numbers that it has to come to.
 
 What has to be complete is checked: the values of enumerations, the families and their models, and
-the members of the interfaces that are listed. Tables and refusals come with their members, so the report shows how far they are.
+the members of the interfaces that are listed. Tables and refusals come with their members, so the
+report shows how far they are.
 """
 
 from generator.problems import Problems, nearest

@@ -8,8 +8,8 @@ from generator.records import Entry, Model
 
 def coverage(model: Model) -> list[str]:
     """The lines of the report: the parts one by one, then the sums."""
-    return [*_held(model), "", *_interface_lines(model), "", *_enum_lines(model), "", *_boolean_lines(model), "",
-            *_refusal_lines(model), "", *_sum_lines(model)]
+    return [*_held(model), "", *_interface_lines(model), "", *_enum_lines(model), "",
+            *_boolean_lines(model), "", *_refusal_lines(model), "", *_sum_lines(model)]
 
 
 def _of(have: int, expected: int) -> str:
@@ -40,7 +40,7 @@ def _held(model: Model) -> list[str]:
 
 
 def _interface_lines(model: Model) -> list[str]:
-    """The listed interfaces are complete, or the model is refused; the others come with their lines."""
+    """The listed interfaces are complete, or the model is refused; the others come with time."""
     complete = model.expected.interfaces
     lines = []
     for interface in model.interfaces.values():

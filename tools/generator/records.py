@@ -117,7 +117,7 @@ class Interface:
     entries: list[Entry] = field(default_factory=list)  # its own, without those of its bases
 
     def members(self) -> list[str]:
-        """Its members in their order, each once, whether it has one entry or a getter and a setter."""
+        """Its members in their order, each once: a property with getter and setter is one."""
         return list(dict.fromkeys(entry.member for entry in self.entries))
 
     @property
